@@ -1,0 +1,63 @@
+// The simulated application manager and XML AIT parser. The parser collects
+// the AIT document and, once it holds an application's URL base and
+// location, asks the browser to open that application.
+#include <memory>
+#include <string>
+
+#include "middleware/appmgr.h"
+#include "sim/core.h"
+
+namespace {
+
+struct AppManagerObject : sim::Object {
+  std::string document;
+  std::string start_url;
+  const char* Type() const override { return "application-manager"; }
+};
+
+std::string Element(const std::string& xml, const std::string& name) {
+  // Tags may carry a namespace prefix: <mhp:URLBase>.
+  size_t open = std::string::npos;
+  for (size_t at = xml.find(name + ">"); at != std::string::npos; at = xml.find(name + ">", at + 1)) {
+    size_t lt = xml.rfind('<', at);
+    if (lt != std::string::npos && xml[lt + 1] != '/') {
+      open = at + name.size() + 1;
+      break;
+    }
+  }
+  if (open == std::string::npos) return "";
+  size_t close = xml.find("</", open);
+  if (close == std::string::npos) return "";
+  std::string text = xml.substr(open, close - open);
+  size_t b = text.find_first_not_of(" \t\r\n"), e = text.find_last_not_of(" \t\r\n");
+  return b == std::string::npos ? "" : text.substr(b, e - b + 1);
+}
+
+}  // namespace
+
+namespace sim {
+std::shared_ptr<Object> NewAppManagerObject() { return std::make_shared<AppManagerObject>(); }
+}  // namespace sim
+
+extern "C" {
+
+MwHandle MwAppManagerCreate(void* context) {
+  SIM_CALL(MwHandle, context);
+  return sim::Register(sim::NewAppManagerObject(), false);
+}
+
+void MwAitParserWrite(MwHandle parser, const void* bytes, int32_t length, MwAitOutcome* outcome) {
+  SIM_VOID(parser, length, outcome ? outcome->url : nullptr);
+  auto p = sim::Find<AppManagerObject>(parser);
+  if (!p || !bytes || length <= 0 || !outcome) return;
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  p->document.append(static_cast<const char*>(bytes), static_cast<size_t>(length));
+  std::string base = Element(p->document, "URLBase");
+  std::string location = Element(p->document, "applicationLocation");
+  if (base.empty() || location.empty() || !p->start_url.empty()) return;
+  p->start_url = base + location;
+  outcome->navigate = 1;
+  outcome->url = p->start_url.c_str();
+}
+
+}  // extern "C"

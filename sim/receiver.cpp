@@ -1,0 +1,156 @@
+#include "sim/receiver.h"
+
+#include <memory>
+
+namespace sim {
+namespace {
+
+std::vector<void (*)()>& Hooks() {
+  static std::vector<void (*)()> hooks;
+  return hooks;
+}
+
+template <class T>
+MwHandle Keep(std::shared_ptr<T> object) {
+  return Register(std::move(object), true);
+}
+
+MwHandle Rating(const std::string& scheme, const std::string& name, int32_t value) {
+  auto r = std::make_shared<RatingObject>();
+  r->scheme = scheme;
+  r->name = name;
+  r->value = value;
+  r->region = "gb";
+  return Keep(r);
+}
+
+MwHandle Component(int32_t type, int32_t tag, int32_t pid, const char* encoding,
+                   const char* language) {
+  auto c = std::make_shared<ComponentObject>();
+  c->type = type;
+  c->tag = tag;
+  c->pid = pid;
+  c->encoding = encoding;
+  c->language = language;
+  if (type == 0) c->aspect_ratio = 1.78f;
+  if (type == 1) c->audio_channels = 2;
+  return Keep(c);
+}
+
+MwHandle Programme(const std::string& ccid, const std::string& name, int32_t start,
+                   int32_t duration, const std::string& genre, int32_t age) {
+  auto p = std::make_shared<ProgrammeObject>();
+  p->name = name;
+  p->programme_id = ccid + "/" + std::to_string(start);
+  p->description = name + ": a programme of the simulated receiver";
+  p->long_description = p->description + ".";
+  p->channel_id = ccid;
+  p->start_time = start;
+  p->duration = duration;
+  p->genre = {genre};
+  p->audio_languages = {"eng"};
+  if (age > 0) p->ratings.push_back(Rating("dvb-si", std::to_string(age), age));
+  p->descriptors[0x54] = {"content:" + genre};
+  return Keep(p);
+}
+
+struct ChannelSpec {
+  int32_t type;
+  const char* name;
+  int32_t onid, tsid, sid;
+};
+
+}  // namespace
+
+ResetHook::ResetHook(void (*fn)()) { Hooks().push_back(fn); }
+
+void ResetSubsystems() {
+  for (auto fn : Hooks()) fn();
+}
+
+Receiver& Rx() {
+  static Receiver* rx = new Receiver;
+  return *rx;
+}
+
+MwHandle CurrentChannel() {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  Receiver& rx = Rx();
+  return rx.current < rx.channels.size() ? rx.channels[rx.current] : 0;
+}
+
+void LoadDefaultReceiver() {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  Receiver& rx = Rx();
+  rx = Receiver();
+  const int32_t now = 1795000000;  // a fixed clock, so that runs repeat
+  const ChannelSpec specs[] = {
+      {0, "Orvane One", 8468, 4100, 4164},
+      {0, "Orvane Two", 8468, 4100, 4228},
+      {0, "Orvane News", 8468, 4101, 4287},
+      {1, "Orvane Radio", 8468, 4102, 4352},
+  };
+  const char* genres[] = {"Drama", "Comedy", "News", "Music"};
+  int n = 0;
+  for (const ChannelSpec& s : specs) {
+    auto c = std::make_shared<ChannelObject>();
+    c->channel_type = s.type;
+    c->name = s.name;
+    c->short_name = std::string(s.name).substr(7);
+    c->onid = s.onid;
+    c->tsid = s.tsid;
+    c->sid = s.sid;
+    c->nid = 12339;
+    c->major_channel = n + 1;
+    c->ccid = "ccid:dvbt." + std::to_string(n + 1);
+    c->dsd = "dsd:" + std::to_string(s.onid) + "." + std::to_string(s.tsid);
+    c->programmes = {Programme(c->ccid, std::string(s.name) + " Now", now - 600, 1800, genres[n], n == 0 ? 12 : 0),
+                     Programme(c->ccid, std::string(s.name) + " Next", now + 1200, 3600, genres[n], 0)};
+    if (s.type == 0) c->components.push_back(Component(0, 1, 101 + n * 10, "video/h264", ""));
+    c->components.push_back(Component(1, 2, 102 + n * 10, "audio/mpeg", "eng"));
+    if (s.type == 0) {
+      c->components.push_back(Component(1, 3, 103 + n * 10, "audio/ac3", "deu"));
+      c->components.push_back(Component(2, 4, 104 + n * 10, "subtitle/dvb", "eng"));
+    }
+    c->stream_events.push_back({"now", "chapter-" + std::to_string(n + 1), s.name, 1});
+    rx.channels.push_back(Keep(c));
+    rx.genres.push_back(genres[n]);
+    n++;
+  }
+  rx.current = 0;
+
+  auto scheme = std::make_shared<SchemeObject>();
+  scheme->name = "dvb-si";
+  for (int age = 4; age <= 18; age++) {
+    scheme->values.push_back(std::to_string(age));
+    scheme->icons.push_back("http://icons.example/age-" + std::to_string(age) + ".png");
+  }
+  scheme->threshold = Rating("dvb-si", "16", 16);
+  rx.schemes.push_back(Keep(scheme));
+
+  rx.device_id = "ORV-SIM-0001";
+  rx.vendor_name = "Orvane";
+  rx.family_name = "Simulated Receiver";
+  rx.model_name = "ORV-1";
+  rx.software_version = "1.0.0";
+  rx.hardware_version = "sim";
+  rx.oipf_profile = "OITF_HD_UIPROF+DVB_T+TRICKMODE";
+  auto eth = std::make_shared<NetworkInterfaceObject>();
+  eth->ip_address = "192.0.2.10";
+  eth->mac_address = "02:00:00:00:00:01";
+  rx.network_interfaces.push_back(Keep(eth));
+
+  rx.audio_language = "eng";
+  rx.subtitle_language = "eng";
+  rx.ui_language = "eng";
+  rx.country_id = "GBR";
+  rx.postcode = "";
+  rx.capabilities_xml =
+      "<profilelist><ui_profile name=\"OITF_HD_UIPROF+DVB_T+TRICKMODE\"/>"
+      "<broadcast>urn:dvb:broadcast:ird:video:25_Hz_H.264_AVC_HDTV_IRD</broadcast></profilelist>";
+  rx.profiles = {"OITF_HD_UIPROF", "DVB_T", "TRICKMODE"};
+  rx.key_groups = 0x1f | 0x20 | 0x40 | 0x80 | 0x100;  // no ALPHA, no OTHER
+  rx.other_keys = {0x1CD, 0x1CE};
+}
+
+}  // namespace sim

@@ -1,0 +1,107 @@
+// The simulated receiver's data: channels with their programmes and
+// components, rating schemes, device identity, network interfaces,
+// preferences and key groups. All access holds sim::Mutex().
+#ifndef ORVANE_SIM_RECEIVER_H
+#define ORVANE_SIM_RECEIVER_H
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "sim/core.h"
+
+namespace sim {
+
+struct RatingObject : Object {
+  std::string name, scheme, region;
+  int32_t value = 0, labels = 0;
+  const char* Type() const override { return "rating"; }
+};
+
+struct SchemeObject : Object {
+  std::string name;
+  std::vector<std::string> values, icons;
+  MwHandle threshold = 0;  // a persistent rating, 0 when none
+  const char* Type() const override { return "scheme"; }
+};
+
+struct ComponentObject : Object {
+  int32_t tag = -1, pid = 0, type = 0;  // 0 video, 1 audio, 2 subtitle
+  std::string encoding, language;
+  int32_t encrypted = 0, audio_description = 0, audio_channels = 0, hearing_impaired = 0;
+  float aspect_ratio = 0.0f;
+  const char* Type() const override { return "component"; }
+};
+
+struct ProgrammeObject : Object {
+  std::string name, programme_id, description, long_description, channel_id, promotional_text;
+  int32_t programme_id_type = 0, start_time = 0, duration = 0, audio_type = 0;
+  int32_t multilingual = 0, hd = 0, audio_description = 0, sign_language = 0, has_guidance = 0,
+          hd_simulcast = 0;
+  std::vector<MwHandle> ratings;  // persistent ratings
+  std::vector<std::string> audio_languages, genre, guidance, crids;
+  int32_t media_assets = 0;
+  MwHandle recording = 0;
+  std::map<uint32_t, std::vector<std::string>> descriptors;  // SI descriptors by tag
+  const char* Type() const override { return "programme"; }
+};
+
+struct StreamEventSpec {
+  std::string name, data, text;
+  int32_t status = 1;
+};
+
+struct ChannelObject : Object {
+  int32_t channel_type = 0;  // 0 TV, 1 radio
+  std::string ccid, dsd, name, short_name;
+  int32_t onid = 0, tsid = 0, sid = 0, nid = 0, major_channel = -1;
+  int32_t locked = 0, running_status = 1, hidden = 0, opal_channel_type = 0, freesat_service_id = 0;
+  std::vector<MwHandle> programmes;  // persistent, now first
+  std::vector<MwHandle> components;  // persistent
+  std::vector<StreamEventSpec> stream_events;  // events the channel's carousel carries
+  const char* Type() const override { return "channel"; }
+};
+
+struct NetworkInterfaceObject : Object {
+  std::string ip_address, mac_address;
+  int32_t connected = 1, enabled = 1;
+  const char* Type() const override { return "network-interface"; }
+};
+
+struct Receiver {
+  std::vector<MwHandle> channels;  // persistent channel handles, in list order
+  size_t current = 0;              // index of the channel the receiver presents
+  std::vector<std::string> genres;
+  std::vector<MwHandle> schemes;   // persistent rating schemes
+  // identity
+  std::string device_id, vendor_name, family_name, model_name, software_version,
+      hardware_version, oipf_profile;
+  int32_t pvr_enabled = 1, pvr_status = 0;
+  std::vector<MwHandle> network_interfaces;
+  // preferences
+  std::string audio_language, subtitle_language, ui_language, country_id, postcode;
+  int32_t speech_description = 0, voice_control = 2, terminal_mode = 0;
+  // capabilities
+  std::string capabilities_xml;
+  int32_t extra_sd_decodes = 1, extra_hd_decodes = 0;
+  std::vector<std::string> profiles;
+  // applications
+  int32_t key_groups = 0x7ff;          // groups the simulated remote has
+  std::vector<int32_t> other_keys;     // further key codes
+  int32_t free_memory = 64 * 1024 * 1024;
+};
+
+Receiver& Rx();
+// Replaces the receiver's data with the built-in default receiver.
+void LoadDefaultReceiver();
+// The channel the receiver presents (0 when it has none).
+MwHandle CurrentChannel();
+
+// Lets a subsystem drop its runtime state on sim::Reset.
+struct ResetHook {
+  explicit ResetHook(void (*fn)());
+};
+
+}  // namespace sim
+
+#endif

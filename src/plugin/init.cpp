@@ -1,0 +1,3 @@
+#include "plugin/init.h"
+
+void InitialiseKinds() {}

@@ -1,0 +1,38 @@
+// What the instance dispatch knows of each page-instance kind. A kind joins
+// the dispatch with one line in kinds.cpp.
+#ifndef ORVANE_PLUGIN_INSTANCE_KIND_H
+#define ORVANE_PLUGIN_INSTANCE_KIND_H
+
+#include "plugin/npapi.h"
+#include "plugin/record.h"
+
+// The object element's attributes.
+struct ElementAttributes {
+  const char* style = nullptr;
+  const char* data = nullptr;
+  int32_t width = -1;
+  int32_t height = -1;
+  int32_t loop = 0;   // "infinite": -1
+  int32_t cache = 0;  // "true": 1
+};
+
+struct InstanceKind {
+  const char* mime;  // lower case, as compared
+  uint32_t kind;     // instance kind number
+  // Makes the record (null on failure) with whatever follow-up calls the kind needs.
+  ObjectRecord* (*create)(NPP instance, const ElementAttributes& attributes);
+  void (*destroy)(ObjectRecord* record);
+  // Optional: window placement, paint of a dirty rectangle, stream data of
+  // requests the kind made, and their end.
+  void (*set_window)(ObjectRecord* record, NPWindow* window);
+  void (*paint)(ObjectRecord* record, const uint16_t rect[4]);
+  bool accepts_streams;
+  bool wants_all_streams;
+  int32_t (*stream_data)(ObjectRecord* record, NPStream* stream, int32_t length, void* bytes);
+  void (*url_notify)(ObjectRecord* record, void* notify_data, NPReason reason);
+};
+
+// The kinds in the order their MIME types are compared; null-terminated.
+extern const InstanceKind* const g_instance_kinds[];
+
+#endif

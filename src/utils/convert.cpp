@@ -1,0 +1,94 @@
+#include "utils/convert.h"
+
+#include <cmath>
+#include <cstring>
+
+#include "middleware/types.h"
+#include "plugin/browser.h"
+
+NPIdentifier g_id_handleEvent;
+NPIdentifier g_id_location;
+NPIdentifier g_id_href;
+
+void NP_UtilsInit() {
+  g_id_handleEvent = NPN_GetStringIdentifier("handleEvent");
+  g_id_location = NPN_GetStringIdentifier("location");
+  g_id_href = NPN_GetStringIdentifier("href");
+}
+
+void NP_UtilsStringToResult(uint32_t length, const char* characters, NPVariant* result) {
+  SetNull(result);
+  if (length == 0) return;  // an empty text is reported as Null
+  char* copy = static_cast<char*>(NPN_MemAlloc(length + 1));
+  if (!copy) return;
+  memcpy(copy, characters, length);
+  copy[length] = '\0';
+  result->type = NPVariantType_String;
+  result->value.stringValue.UTF8Characters = copy;
+  result->value.stringValue.UTF8Length = static_cast<uint32_t>(strlen(copy));
+}
+
+void NP_UtilsHbbtvStringToResult(MwHandle string, NPVariant* result) {
+  SetNull(result);
+  if (!string) return;
+  uint32_t size = MwStringGetSize(string);
+  if (MwStringIsValid(string) && size > 0) {
+    char* text = static_cast<char*>(NPN_MemAlloc(size));
+    if (text) {
+      MwStringCopyTo(string, text);
+      text[size - 1] = '\0';
+      result->type = NPVariantType_String;
+      result->value.stringValue.UTF8Characters = text;
+      result->value.stringValue.UTF8Length = size - 1;
+    }
+  }
+  MwObjectRelease(string);
+}
+
+void NP_UtilsArrayToResult(NPP instance, const int32_t* values, uint32_t count, NPVariant* result) {
+  NPObject* window = nullptr;
+  if (NPN_GetValue(instance, NPNVWindowNPObject, &window) != NPERR_NO_ERROR || !window) return;
+  NPVariant array;
+  SetVoid(&array);
+  bool made = NPN_Invoke(instance, window, NPN_GetStringIdentifier("Array"), nullptr, 0, &array);
+  NPN_ReleaseObject(window);
+  if (!made || array.type != NPVariantType_Object) {
+    NPN_ReleaseVariantValue(&array);
+    return;
+  }
+  NPIdentifier push = NPN_GetStringIdentifier("push");
+  for (uint32_t i = 0; i < count; i++) {
+    NPVariant arg, pushed;
+    SetInt(&arg, values[i]);
+    SetVoid(&pushed);
+    NPN_Invoke(instance, array.value.objectValue, push, &arg, 1, &pushed);
+    NPN_ReleaseVariantValue(&pushed);
+  }
+  *result = array;
+}
+
+int NP_UtilsGetU32BIT(const NPVariant* variant, uint32_t* out) {
+  if (variant->type == NPVariantType_Int32) {
+    *out = static_cast<uint32_t>(variant->value.intValue);
+    return 1;
+  }
+  if (variant->type == NPVariantType_Double) {
+    double d = variant->value.doubleValue;
+    if (!(d > 0)) *out = 0;  // negatives and NaN
+    else if (d >= 4294967295.0) *out = 4294967295u;
+    else *out = static_cast<uint32_t>(d);
+    return 1;
+  }
+  return 0;
+}
+
+int NP_UtilsStringIsNumeric(const char* text) {
+  for (; *text; text++)
+    if (*text < '0' || *text > '9') return 0;
+  return 1;
+}
+
+ObjectRecord* NP_UtilsFindObject(ObjectRecord** head, MwHandle handle) {
+  if (!*head || (*head)->handle == handle) return *head;
+  return FindByHandle((*head)->next, handle);
+}

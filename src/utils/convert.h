@@ -1,0 +1,36 @@
+// Conversions between middleware values and script values.
+#ifndef ORVANE_UTILS_CONVERT_H
+#define ORVANE_UTILS_CONVERT_H
+
+#include "middleware/types.h"
+#include "plugin/npapi.h"
+#include "plugin/record.h"
+
+// Shared identifiers, interned once by NP_UtilsInit.
+extern NPIdentifier g_id_handleEvent;
+extern NPIdentifier g_id_location;
+extern NPIdentifier g_id_href;
+
+void NP_UtilsInit();
+// A String copy of `length` bytes (cut at an embedded NUL); Null for 0 bytes or no memory.
+void NP_UtilsStringToResult(uint32_t length, const char* characters, NPVariant* result);
+// A String from a middleware string, which is released in every case; Null when absent.
+void NP_UtilsHbbtvStringToResult(MwHandle string, NPVariant* result);
+// A script Array of Int32 values made by the page's own Array constructor.
+void NP_UtilsArrayToResult(NPP instance, const int32_t* values, uint32_t count, NPVariant* result);
+// An unsigned 32-bit number from an Int32 or Double variant; 0 for any other type.
+int NP_UtilsGetU32BIT(const NPVariant* variant, uint32_t* out);
+// 1 when every character is a decimal digit (the empty text included).
+int NP_UtilsStringIsNumeric(const char* text);
+// The first record of a list that carries `handle`.
+ObjectRecord* NP_UtilsFindObject(ObjectRecord** head, MwHandle handle);
+
+// Helpers on script arguments.
+inline bool IsString(const NPVariant& v) { return v.type == NPVariantType_String; }
+inline bool IsObject(const NPVariant& v) { return v.type == NPVariantType_Object && v.value.objectValue; }
+// The characters of a String argument as an MwString (borrowed).
+inline MwString ArgString(const NPVariant& v) {
+  return MwString{v.value.stringValue.UTF8Length, v.value.stringValue.UTF8Characters};
+}
+
+#endif
