@@ -1,0 +1,90 @@
+#include "host/fixture.h"
+
+#include "sim/sim.h"
+
+void OrvaneTest::SetUp() {
+  host::Reset();
+  sim::Reset();
+  plugin_funcs_ = NPPluginFuncs();
+  plugin_funcs_.size = sizeof(NPPluginFuncs);
+  init_error_ = NP_Initialize(host::Funcs(), &plugin_funcs_);
+  initialized_ = init_error_ == NPERR_NO_ERROR;
+  ASSERT_EQ(NPERR_NO_ERROR, init_error_) << "NP_Initialize failed";
+}
+
+void OrvaneTest::TearDown() {
+  for (auto& entry : instances_) {
+    if (entry.second->alive) DestroyPlugin(entry.first);
+  }
+  if (initialized_) NP_Shutdown();
+  initialized_ = false;
+  CheckClean();
+  instances_.clear();
+  host::Reset();
+  sim::Reset();
+}
+
+void OrvaneTest::CheckClean() {
+  host::Pump();
+  EXPECT_EQ(0u, host::LiveBlocks()) << "NPN_MemAlloc blocks leaked";
+  EXPECT_EQ(0u, host::BadFrees()) << "NPN_MemFree of memory the browser did not allocate";
+  EXPECT_EQ(0u, host::LivePluginObjects()) << "plug-in NPObjects leaked";
+  EXPECT_EQ(0u, host::ReferenceErrors()) << "over-release or use of a dead NPObject";
+  EXPECT_EQ(0u, host::LiveTransientHostObjects())
+      << "browser objects (arrays, functions, parser documents) still referenced";
+  EXPECT_EQ(0u, host::UnbalancedPageObjects())
+      << "window/document/element/style references not balanced";
+  EXPECT_EQ(0u, host::LiveRecords()) << "plug-in records leaked";
+  EXPECT_EQ(0u, sim::HeldHandles()) << "middleware handles not released:\n" << sim::HeldHandlesReport();
+  EXPECT_EQ(0u, sim::ReleaseErrors()) << "middleware handles released wrongly";
+}
+
+NPP OrvaneTest::NewPlugin(const char* mime, Attributes attrs, host::PageSpec spec) {
+  host::Page* page = host::NewPage(spec);
+  NPP npp = host::NewInstance(page);
+  auto instance = std::make_unique<Instance>();
+  for (const auto& attr : attrs) {
+    instance->names.push_back(attr.first);
+    instance->values.push_back(attr.second);
+  }
+  for (size_t i = 0; i < attrs.size(); ++i) {
+    instance->argn.push_back(&instance->names[i][0]);
+    instance->argv.push_back(&instance->values[i][0]);
+  }
+  std::string type = mime ? mime : "";
+  last_error_ = NPERR_INVALID_FUNCTABLE_ERROR;
+  if (plugin_funcs_.newp)
+    last_error_ = plugin_funcs_.newp(mime ? &type[0] : nullptr, npp, 1 /* NP_EMBED */,
+                                     static_cast<int16_t>(attrs.size()), instance->argn.data(),
+                                     instance->argv.data(), nullptr);
+  // A browser does not destroy an instance whose NPP_New failed.
+  instance->alive = last_error_ == NPERR_NO_ERROR;
+  instances_[npp] = std::move(instance);
+  return npp;
+}
+
+NPObject* OrvaneTest::Scriptable(NPP npp) {
+  auto it = instances_.find(npp);
+  if (it == instances_.end() || !it->second->alive) return nullptr;
+  Instance& instance = *it->second;
+  if (!instance.fetched && plugin_funcs_.getvalue) {
+    NPObject* object = nullptr;
+    if (plugin_funcs_.getvalue(npp, NPPVpluginScriptableNPObject, &object) == NPERR_NO_ERROR)
+      instance.scriptable = object;
+    instance.fetched = true;
+  }
+  return instance.scriptable;
+}
+
+void OrvaneTest::DestroyPlugin(NPP npp) {
+  auto it = instances_.find(npp);
+  if (it == instances_.end() || !it->second->alive) return;
+  Instance& instance = *it->second;
+  instance.alive = false;
+  if (plugin_funcs_.destroy) {
+    NPSavedData* saved = nullptr;
+    plugin_funcs_.destroy(npp, &saved);
+  }
+  if (instance.scriptable) host::Funcs()->releaseobject(instance.scriptable);
+  instance.scriptable = nullptr;
+}

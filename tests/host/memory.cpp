@@ -1,0 +1,99 @@
+// NPN_MemAlloc / NPN_MemFree with accounting and fault injection.
+#include <cstdlib>
+#include <cstring>
+#include <mutex>
+#include <set>
+
+#include "host/internal.h"
+
+namespace host {
+namespace {
+
+struct MemoryState {
+  std::mutex mutex;
+  std::set<void*> live;
+  // Blocks left over from earlier tests: freeing them later is not an error,
+  // but they no longer count as this test's leaks.
+  std::set<void*> forgotten;
+  size_t bad_frees = 0;
+  int allocations = 0;
+  int fail_countdown = 0;
+};
+
+MemoryState& State() {
+  static MemoryState* state = new MemoryState;  // lives for the whole process
+  return *state;
+}
+
+}  // namespace
+
+namespace detail {
+
+void* MemAlloc(uint32_t size) {
+  MemoryState& s = State();
+  std::lock_guard<std::mutex> lock(s.mutex);
+  ++s.allocations;
+  if (s.fail_countdown > 0 && --s.fail_countdown == 0) return nullptr;
+  void* p = malloc(size ? size : 1);
+  if (p) s.live.insert(p);
+  return p;
+}
+
+void MemFree(void* p) {
+  if (!p) return;
+  MemoryState& s = State();
+  std::lock_guard<std::mutex> lock(s.mutex);
+  if (s.live.erase(p)) {
+    free(p);
+  } else if (s.forgotten.erase(p)) {
+    free(p);
+  } else {
+    ++s.bad_frees;  // not ours: leave it alone
+  }
+}
+
+char* CopyString(const std::string& text) {
+  char* p = static_cast<char*>(MemAlloc(static_cast<uint32_t>(text.size() + 1)));
+  if (!p) return nullptr;
+  memcpy(p, text.data(), text.size());
+  p[text.size()] = '\0';
+  return p;
+}
+
+void ResetMemory() {
+  MemoryState& s = State();
+  std::lock_guard<std::mutex> lock(s.mutex);
+  s.forgotten.insert(s.live.begin(), s.live.end());
+  s.live.clear();
+  s.bad_frees = 0;
+  s.allocations = 0;
+  s.fail_countdown = 0;
+}
+
+}  // namespace detail
+
+size_t LiveBlocks() {
+  MemoryState& s = State();
+  std::lock_guard<std::mutex> lock(s.mutex);
+  return s.live.size();
+}
+
+size_t BadFrees() {
+  MemoryState& s = State();
+  std::lock_guard<std::mutex> lock(s.mutex);
+  return s.bad_frees;
+}
+
+void FailAllocation(int nth) {
+  MemoryState& s = State();
+  std::lock_guard<std::mutex> lock(s.mutex);
+  s.fail_countdown = nth > 0 ? nth : 0;
+}
+
+int AllocationsSinceReset() {
+  MemoryState& s = State();
+  std::lock_guard<std::mutex> lock(s.mutex);
+  return s.allocations;
+}
+
+}  // namespace host

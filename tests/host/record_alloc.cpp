@@ -1,0 +1,69 @@
+// The plug-in's record allocator as the unit tests link it: malloc underneath,
+// with a count of live records and a way to make one allocation fail.
+#include "utils/record_alloc.h"
+
+#include <cstdlib>
+#include <mutex>
+#include <set>
+
+#include "host/internal.h"
+
+namespace {
+
+struct RecordState {
+  std::mutex mutex;
+  std::set<void*> live;
+  std::set<void*> forgotten;  // left over from earlier tests
+  int fail_countdown = 0;
+};
+
+RecordState& State() {
+  static RecordState* state = new RecordState;  // records may be freed at exit
+  return *state;
+}
+
+}  // namespace
+
+void* RecordAlloc(size_t size) {
+  RecordState& s = State();
+  std::lock_guard<std::mutex> lock(s.mutex);
+  if (s.fail_countdown > 0 && --s.fail_countdown == 0) return nullptr;
+  void* p = malloc(size ? size : 1);
+  if (p) s.live.insert(p);
+  return p;
+}
+
+void RecordFree(void* p) {
+  if (!p) return;
+  RecordState& s = State();
+  std::lock_guard<std::mutex> lock(s.mutex);
+  if (s.live.erase(p) || s.forgotten.erase(p)) free(p);
+  // Anything else was never a record; freeing it would corrupt the heap.
+}
+
+namespace host {
+
+void FailRecordAllocation(int nth) {
+  RecordState& s = State();
+  std::lock_guard<std::mutex> lock(s.mutex);
+  s.fail_countdown = nth > 0 ? nth : 0;
+}
+
+size_t LiveRecords() {
+  RecordState& s = State();
+  std::lock_guard<std::mutex> lock(s.mutex);
+  return s.live.size();
+}
+
+namespace detail {
+
+void ResetRecords() {
+  RecordState& s = State();
+  std::lock_guard<std::mutex> lock(s.mutex);
+  s.forgotten.insert(s.live.begin(), s.live.end());
+  s.live.clear();
+  s.fail_countdown = 0;
+}
+
+}  // namespace detail
+}  // namespace host
