@@ -1,0 +1,13 @@
+// AV component objects (video, audio, subtitle components).
+#ifndef ORVANE_BROADCAST_AV_COMPONENT_H
+#define ORVANE_BROADCAST_AV_COMPONENT_H
+
+#include "middleware/types.h"
+#include "plugin/export.h"
+#include "plugin/npapi.h"
+
+// A new object owning `component`, or null (the handle then stays the caller's).
+ORV_EXPORT NPObject* AVComponentCreate(NPP instance, MwHandle component);
+ORV_EXPORT MwHandle AVComponentGetHandle(NPObject* object);
+
+#endif

@@ -1,0 +1,15 @@
+// Channel objects: one script object per middleware channel handle.
+#ifndef ORVANE_BROADCAST_CHANNEL_H
+#define ORVANE_BROADCAST_CHANNEL_H
+
+#include "middleware/types.h"
+#include "plugin/export.h"
+#include "plugin/npapi.h"
+
+// Takes over `channel` in every case. Returns the handle's script object
+// (an existing one, retained once more) or null.
+ORV_EXPORT NPObject* ChannelCreate(NPP instance, MwHandle channel);
+// The channel handle of a channel object; 0 for anything else.
+ORV_EXPORT MwHandle ChannelGetHandle(NPObject* object);
+
+#endif

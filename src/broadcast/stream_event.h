@@ -1,0 +1,13 @@
+// Stream event objects: self-contained copies of a DSM-CC stream event.
+#ifndef ORVANE_BROADCAST_STREAM_EVENT_H
+#define ORVANE_BROADCAST_STREAM_EVENT_H
+
+#include "middleware/types.h"
+#include "plugin/export.h"
+#include "plugin/npapi.h"
+
+void SEventInit();
+// A new object copying `event`, or null.
+ORV_EXPORT NPObject* SEventCreate(NPP instance, const MwStreamEvent* event);
+
+#endif

@@ -1,0 +1,14 @@
+// Parental rating objects.
+#ifndef ORVANE_PARENTAL_PARENTAL_RATING_H
+#define ORVANE_PARENTAL_PARENTAL_RATING_H
+
+#include "middleware/types.h"
+#include "plugin/export.h"
+#include "plugin/npapi.h"
+
+// A new object owning `rating`, or null (the handle then stays the caller's).
+ORV_EXPORT NPObject* ParentalRatingCreate(NPP instance, MwHandle rating);
+// The newest object holding `rating`, or null.
+ORV_EXPORT NPObject* ParentalRatingFindNPAPIObj(MwHandle rating);
+
+#endif
