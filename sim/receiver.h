@@ -49,6 +49,8 @@ struct ProgrammeObject : Object {
 struct StreamEventSpec {
   std::string name, data, text;
   int32_t status = 1;
+  int32_t delay_ms = 20;  // after a listener for it is registered
+  int32_t repeat_ms = 0;  // 0: once
 };
 
 struct ChannelObject : Object {

@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# Checks what the plug-in library exports and that it does not depend on a
+# middleware library (its Mw... symbols resolve from the host process).
+set -euo pipefail
+lib=${1:-build/libnporvane.so}
+fail=0
+exported=$(nm -D --defined-only "$lib" | awk '{print $3}')
+allowed='^(NP_[A-Za-z]+|browser_funcs|g_plugin_callbacks|g_width|g_heigth|conf_np_obj|[A-Z][A-Za-z]*(Create|CreateApp|Destroy|GetHandle|GetClass|FindNPAPIObj)|[A-Z][A-Za-z]*_on[A-Za-z]+|FindChanconfigHandle|FreeChanconfigHandle)$'
+while read -r name; do
+  [ -z "$name" ] && continue
+  if ! [[ $name =~ $allowed ]]; then
+    echo "unexpected export: $name"
+    fail=1
+  fi
+done <<<"$exported"
+for required in NP_Initialize NP_Shutdown NP_GetMIMEDescription NP_GetValue NP_GetPluginVersion browser_funcs g_plugin_callbacks; do
+  grep -qx "$required" <<<"$exported" || { echo "missing export: $required"; fail=1; }
+done
+if readelf -d "$lib" | grep NEEDED | grep -vE 'lib(c|m|stdc\+\+|gcc_s|asan|ubsan)\.so' ; then
+  echo "unexpected library dependency"
+  fail=1
+fi
+nm -D --undefined-only "$lib" | grep -q ' Mw' || { echo "no middleware imports found"; fail=1; }
+[ $fail -eq 0 ] && echo "exports: $(wc -l <<<"$exported") names, no middleware dependency"
+exit $fail

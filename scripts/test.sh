@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# Sets up a fresh Debian machine, builds Orvane twice (plain, and with
+# AddressSanitizer + UndefinedBehaviorSanitizer) and runs every test.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/setup.sh
+jobs=2
+
+echo "== build (plain)"
+cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+cmake --build build -j"$jobs"
+echo "== build (address and undefined-behaviour sanitizers)"
+cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DORVANE_SANITIZE=ON >/dev/null
+cmake --build build-asan -j"$jobs"
+
+echo "== library checks"
+scripts/check-exports.sh build/libnporvane.so
+
+echo "== tests (sanitizers)"
+ASAN_OPTIONS=detect_leaks=1 ctest --test-dir build-asan --output-on-failure -j"$jobs"
+echo "== tests (plain)"
+ctest --test-dir build --output-on-failure -j"$jobs"
