@@ -42,7 +42,8 @@ struct ProgrammeObject : Object {
   std::vector<std::string> audio_languages, genre, guidance, crids;
   int32_t media_assets = 0;
   MwHandle recording = 0;
-  std::map<uint32_t, std::vector<std::string>> descriptors;  // SI descriptors by tag
+  // SI descriptors by tag; one with a tag extension is keyed tag | (extension + 1) << 8.
+  std::map<uint32_t, std::vector<std::string>> descriptors;
   const char* Type() const override { return "programme"; }
 };
 
