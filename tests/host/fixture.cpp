@@ -60,6 +60,9 @@ NPP OrvaneTest::NewPlugin(const char* mime, Attributes attrs, host::PageSpec spe
   // A browser does not destroy an instance whose NPP_New failed.
   instance->alive = last_error_ == NPERR_NO_ERROR;
   instances_[npp] = std::move(instance);
+  // The browser takes the element's script object as soon as it binds the
+  // element to the page's script.
+  Scriptable(npp);
   return npp;
 }
 

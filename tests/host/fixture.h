@@ -9,7 +9,8 @@
 // handles.
 //
 // The scriptable object: NPP_GetValue(NPPVpluginScriptableNPObject) hands
-// the browser one reference. Scriptable() asks once per instance and keeps
+// the browser one reference. NewPlugin asks for it at once, as a browser
+// binding the element to script does; Scriptable() asks once per instance and keeps
 // that reference on the browser's behalf; tests use the pointer without
 // retaining or releasing it. DestroyPlugin() calls NPP_Destroy and then
 // releases that reference, as the browser drops the element's script object.

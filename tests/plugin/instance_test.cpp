@@ -1,0 +1,114 @@
+// Instance creation by MIME type and the per-instance entry points.
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "host/fixture.h"
+#include "plugin/instance_kind.h"
+#include "sim/sim.h"
+
+namespace {
+
+class InstanceTest : public OrvaneTest {
+ protected:
+  std::string Output() { return testing::internal::GetCapturedStdout(); }
+};
+
+TEST_F(InstanceTest, EveryInstanceIsWindowless) {
+  NPP npp = NewPlugin("application/oipfdrmagent");
+  ASSERT_EQ(1u, host::SetValues().size());
+  EXPECT_EQ(npp, host::SetValues()[0].instance);
+  EXPECT_EQ(NPPVpluginWindowBool, host::SetValues()[0].variable);
+  EXPECT_EQ(nullptr, host::SetValues()[0].value);
+}
+
+TEST_F(InstanceTest, UnknownTypesAreRefusedWithALogLine) {
+  testing::internal::CaptureStdout();
+  NPP npp = NewPlugin("application/x-unknown");
+  EXPECT_EQ(NPERR_INVALID_PLUGIN_ERROR, last_error_);
+  EXPECT_EQ(nullptr, npp->pdata);
+  // Compared in lower case only.
+  NewPlugin("application/oipfDrmAgent");
+  EXPECT_EQ(NPERR_INVALID_PLUGIN_ERROR, last_error_);
+  EXPECT_EQ("ERROR [NPP_New:412] NPERR_INVALID_PLUGIN_ERROR (application/x-unknown)\n"
+            "ERROR [NPP_New:412] NPERR_INVALID_PLUGIN_ERROR (application/oipfDrmAgent)\n",
+            Output());
+}
+
+TEST_F(InstanceTest, ScriptableObjectAndOtherValues) {
+  NPP npp = NewPlugin("application/oipfdrmagent");
+  NPObject* object = nullptr;
+  ASSERT_EQ(NPERR_NO_ERROR, plugin_funcs_.getvalue(npp, NPPVpluginScriptableNPObject, &object));
+  EXPECT_EQ(object, Scriptable(npp));
+  EXPECT_EQ(1u, host::RefCount(object));  // handed over without a retain
+  NPBool wants = 0;
+  EXPECT_EQ(NPERR_INVALID_PARAM, plugin_funcs_.getvalue(npp, NPPVpluginWantsAllNetworkStreams, &wants));
+  EXPECT_EQ(NPERR_INVALID_PARAM, plugin_funcs_.getvalue(npp, NPPVpluginNameString, &object));
+}
+
+TEST_F(InstanceTest, DestroyOfAnUnknownKindFreesNothing) {
+  NPP npp = NewPlugin("application/oipfdrmagent");
+  ObjectRecord* record = static_cast<ObjectRecord*>(npp->pdata);
+  record->kind = 13;
+  NPSavedData* saved = nullptr;
+  EXPECT_EQ(NPERR_INVALID_INSTANCE_ERROR, plugin_funcs_.destroy(npp, &saved));
+  record->kind = kKindDrmAgent;
+}
+
+TEST_F(InstanceTest, AitDocumentsReachTheParserWhichMayOpenTheApplication) {
+  NPP npp = NewPlugin("application/vnd.dvb.ait+xml", {{"data", "ait.xml"}});
+  ASSERT_EQ(NPERR_NO_ERROR, last_error_);
+  NPObject* object = nullptr;
+  EXPECT_EQ(NPERR_INVALID_PARAM, plugin_funcs_.getvalue(npp, NPPVpluginScriptableNPObject, &object));
+
+  NPStream stream = {};
+  stream.url = "http://apps.example/ait.xml";
+  uint16_t type = NP_NORMAL;
+  ASSERT_EQ(NPERR_NO_ERROR, plugin_funcs_.newstream(npp, nullptr, &stream, 0, &type));
+  EXPECT_EQ(npp->pdata, stream.pdata);
+  EXPECT_EQ(NP_NORMAL, type);
+  EXPECT_EQ(65536, plugin_funcs_.writeready(npp, &stream));
+  stream.end = 300;
+  EXPECT_EQ(300, plugin_funcs_.writeready(npp, &stream));
+
+  std::string part1 = "<ServiceDiscovery><applicationList><application><applicationDescriptor/>"
+                      "<applicationTransport><URLBase>http://apps.example/red/</URLBase>";
+  std::string part2 = "</applicationTransport><applicationLocation>index.html</applicationLocation>"
+                      "</application></applicationList></ServiceDiscovery>";
+  EXPECT_EQ(static_cast<int32_t>(part1.size()),
+            plugin_funcs_.write(npp, &stream, 0, static_cast<int32_t>(part1.size()), &part1[0]));
+  EXPECT_TRUE(host::UrlRequests().empty());
+  plugin_funcs_.write(npp, &stream, 0, static_cast<int32_t>(part2.size()), &part2[0]);
+  ASSERT_EQ(1u, host::UrlRequests().size());
+  EXPECT_EQ("http://apps.example/red/index.html", host::UrlRequests()[0].url);
+  EXPECT_EQ("_top", host::UrlRequests()[0].target);
+  EXPECT_EQ(NPERR_NO_ERROR, plugin_funcs_.destroystream(npp, &stream, NPRES_DONE));
+  EXPECT_EQ(NPERR_GENERIC_ERROR, plugin_funcs_.destroystream(npp, &stream, NPRES_NETWORK_ERR));
+  auto writes = sim::CallsTo("MwAitParserWrite");
+  ASSERT_EQ(2u, writes.size());
+  EXPECT_EQ("http://apps.example/ait.xml", writes[0].args[2]);
+}
+
+TEST_F(InstanceTest, StreamsAreRefusedByKindsThatDoNotTakeThem) {
+  NPP npp = NewPlugin("application/oipfdrmagent");
+  NPStream stream = {};
+  uint16_t type = NP_NORMAL;
+  EXPECT_EQ(NPERR_INVALID_PARAM, plugin_funcs_.newstream(npp, nullptr, &stream, 0, &type));
+  char bytes[4] = {};
+  EXPECT_EQ(4, plugin_funcs_.write(npp, &stream, 0, 4, bytes));  // all bytes are always taken
+  EXPECT_EQ(NPERR_GENERIC_ERROR, plugin_funcs_.destroystream(npp, &stream, NPRES_DONE));
+  plugin_funcs_.urlnotify(npp, "u", NPRES_DONE, nullptr);
+  NPWindow window = {};
+  EXPECT_EQ(NPERR_NO_ERROR, plugin_funcs_.setwindow(npp, &window));
+}
+
+TEST_F(InstanceTest, RecordAllocationFailureIsOutOfMemory) {
+  testing::internal::CaptureStdout();
+  host::FailRecordAllocation(1);
+  NPP npp = NewPlugin("application/vnd.dvb.ait+xml");
+  EXPECT_EQ(NPERR_OUT_OF_MEMORY_ERROR, last_error_);
+  EXPECT_EQ(nullptr, npp->pdata);
+  EXPECT_EQ("ERROR [NPP_New:417] NPERR_OUT_OF_MEMORY_ERROR\n", Output());
+}
+
+}  // namespace
