@@ -19,7 +19,8 @@ enum CollectionKind : uint32_t {
   kCollectionSearchResults = 9,
 };
 
-// A new collection owning `list` (not checked), or null.
+// A new collection owning `list` (not checked), or null. Takes over `list`
+// in every case: on failure it is released here.
 ORV_EXPORT NPObject* CollectionCreate(NPP instance, MwHandle list, uint32_t kind);
 
 #endif
