@@ -1,11 +1,15 @@
 // The simulated application manager and XML AIT parser. The parser collects
 // the AIT document and, once it holds an application's URL base and
-// location, asks the browser to open that application.
+// location, asks the browser to open that application. Every manager made is
+// remembered, so that tests can raise its events.
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "middleware/appmgr.h"
+#include "sim/appmgr_sim.h"
 #include "sim/core.h"
+#include "sim/receiver.h"
 
 namespace {
 
@@ -14,6 +18,9 @@ struct AppManagerObject : sim::Object {
   std::string start_url;
   const char* Type() const override { return "application-manager"; }
 };
+
+std::vector<MwHandle> g_managers;  // every manager made since Reset, oldest first
+sim::ResetHook g_reset([] { g_managers.clear(); });
 
 std::string Element(const std::string& xml, const std::string& name) {
   // Tags may carry a namespace prefix: <mhp:URLBase>.
@@ -36,14 +43,34 @@ std::string Element(const std::string& xml, const std::string& name) {
 }  // namespace
 
 namespace sim {
+
 std::shared_ptr<Object> NewAppManagerObject() { return std::make_shared<AppManagerObject>(); }
+
+bool IsAppManager(MwHandle handle) { return Find<AppManagerObject>(handle) != nullptr; }
+
+std::vector<MwHandle> AppManagers() {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  std::vector<MwHandle> live;
+  for (MwHandle h : g_managers)
+    if (IsAppManager(h)) live.push_back(h);
+  return live;
+}
+
+MwHandle LastAppManager() {
+  std::vector<MwHandle> live = AppManagers();
+  return live.empty() ? 0 : live.back();
+}
+
 }  // namespace sim
 
 extern "C" {
 
 MwHandle MwAppManagerCreate(void* context) {
   SIM_CALL(MwHandle, context);
-  return sim::Register(sim::NewAppManagerObject(), false);
+  MwHandle manager = sim::Register(sim::NewAppManagerObject(), false);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  g_managers.push_back(manager);
+  return manager;
 }
 
 void MwAitParserWrite(MwHandle parser, const void* bytes, int32_t length, MwAitOutcome* outcome) {

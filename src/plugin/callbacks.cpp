@@ -1,10 +1,11 @@
 // The middleware's way back into the plug-in.
+#include "appmgr/application_manager.h"
 #include "drm/drm_agent.h"
 #include "plugin/entry.h"
 
 extern const MwEventCallbacks g_plugin_callbacks = {
-    nullptr,  // AppMgr_onLowMemory
-    nullptr,  // AppMgr_onApplicationLoadError
+    AppMgr_onLowMemory,
+    AppMgr_onApplicationLoadError,
     nullptr,  // SearchManager_onMetadataSearch
     nullptr,  // AVControl_onPlayStateChange
     nullptr,  // AVControl_onFullScreenChange

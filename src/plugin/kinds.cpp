@@ -1,10 +1,12 @@
 #include "plugin/instance_kind.h"
 
 extern const InstanceKind kAitKind;
+extern const InstanceKind kApplicationManagerKind;
 extern const InstanceKind kDrmAgentKind;
 
 const InstanceKind* const g_instance_kinds[] = {
     &kAitKind,
+    &kApplicationManagerKind,
     &kDrmAgentKind,
     nullptr,
 };

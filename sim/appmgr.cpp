@@ -1,0 +1,208 @@
+// The simulated application model: owner applications of pages (one per
+// URL, part of the receiver), applications started by applications, their
+// private data and keysets. A keyset grants only the key groups the
+// receiver's remote has, and remembers the grant per application.
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "middleware/appmgr.h"
+#include "sim/appmgr_sim.h"
+#include "sim/core.h"
+#include "sim/receiver.h"
+
+namespace {
+
+struct ApplicationObject : sim::Object {
+  std::string url;
+  bool visible = false;
+  bool destroyed = false;
+  MwHandle parent = 0;
+  bool child = false;
+  int32_t keys = 0;  // key groups granted
+  const char* Type() const override { return "application"; }
+};
+
+struct PrivateDataObject : sim::Object {
+  std::shared_ptr<ApplicationObject> application;
+  const char* Type() const override { return "private-data"; }
+};
+
+struct KeysetObject : sim::Object {
+  std::shared_ptr<ApplicationObject> application;
+  std::vector<int32_t> other_keys;  // handed out until the next read
+  const char* Type() const override { return "keyset"; }
+};
+
+std::map<std::string, MwHandle> g_owners;  // page URL -> persistent owner application
+sim::ResetHook g_reset([] { g_owners.clear(); });
+
+std::shared_ptr<ApplicationObject> App(MwHandle h) { return sim::Find<ApplicationObject>(h); }
+std::shared_ptr<PrivateDataObject> PrivateData(MwHandle h) { return sim::Find<PrivateDataObject>(h); }
+std::shared_ptr<KeysetObject> Keyset(MwHandle h) { return sim::Find<KeysetObject>(h); }
+
+}  // namespace
+
+namespace sim {
+
+void RaiseLowMemory(MwHandle manager, bool on_sim_thread, int delay_ms) {
+  if (!on_sim_thread) {
+    SIM_EMIT(AppMgr_onLowMemory, manager);
+    return;
+  }
+  OnSimThread([manager] { SIM_EMIT(AppMgr_onLowMemory, manager); }, delay_ms);
+}
+
+void RaiseApplicationLoadError(MwHandle manager, bool on_sim_thread, int delay_ms) {
+  if (!on_sim_thread) {
+    SIM_EMIT(AppMgr_onApplicationLoadError, manager);
+    return;
+  }
+  OnSimThread([manager] { SIM_EMIT(AppMgr_onApplicationLoadError, manager); }, delay_ms);
+}
+
+void PresentNothing() {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  Rx().current = Rx().channels.size();
+}
+
+ApplicationState Application(MwHandle application) {
+  ApplicationState state;
+  auto a = App(application);
+  if (!a) return state;
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  state.known = true;
+  state.url = a->url;
+  state.visible = a->visible;
+  state.destroyed = a->destroyed;
+  state.parent = a->parent;
+  state.child = a->child;
+  state.keys = a->keys;
+  return state;
+}
+
+MwHandle OwnerApplication(const std::string& url) {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  auto it = g_owners.find(url);
+  return it == g_owners.end() ? 0 : it->second;
+}
+
+}  // namespace sim
+
+extern "C" {
+
+MwHandle MwAppMgrGetOwnerApplication(MwHandle manager, const MwString* url) {
+  SIM_CALL(MwHandle, manager, url);
+  std::string page = sim::Text(url);
+  if (page.empty() || !sim::IsAppManager(manager)) return 0;
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  MwHandle& owner = g_owners[page];
+  if (!owner) {
+    auto a = std::make_shared<ApplicationObject>();
+    a->url = page;
+    owner = sim::Register(a, true);
+  }
+  return sim::Give(owner);
+}
+
+void MwApplicationShow(MwHandle application) {
+  SIM_VOID(application);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  if (auto a = App(application)) a->visible = true;
+}
+
+void MwApplicationHide(MwHandle application) {
+  SIM_VOID(application);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  if (auto a = App(application)) a->visible = false;
+}
+
+MwHandle MwApplicationCreateApplication(MwHandle application, const MwString* url,
+                                        uint8_t createChild) {
+  SIM_CALL(MwHandle, application, url, createChild);
+  std::string where = sim::Text(url);
+  if (where.empty()) return 0;
+  auto a = std::make_shared<ApplicationObject>();
+  a->url = where;  // copied: the caller frees its buffer after the call
+  a->parent = App(application) ? application : 0;
+  a->child = createChild != 0;
+  return sim::Register(a, false);
+}
+
+void MwApplicationDestroy(MwHandle application) {
+  SIM_VOID(application);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  if (auto a = App(application)) {
+    a->destroyed = true;
+    a->visible = false;
+  }
+}
+
+MwHandle MwApplicationGetPrivateData(MwHandle application) {
+  SIM_CALL(MwHandle, application);
+  auto a = App(application);
+  if (!a) return 0;
+  auto p = std::make_shared<PrivateDataObject>();
+  p->application = a;
+  return sim::Register(p, false);
+}
+
+MwHandle MwPrivateDataGetKeyset(MwHandle privateData) {
+  SIM_CALL(MwHandle, privateData);
+  auto p = PrivateData(privateData);
+  if (!p) return 0;
+  auto k = std::make_shared<KeysetObject>();
+  k->application = p->application;
+  return sim::Register(k, false);
+}
+
+MwHandle MwPrivateDataGetCurrentChannel(MwHandle privateData) {
+  SIM_CALL(MwHandle, privateData);
+  if (!PrivateData(privateData)) return 0;
+  return sim::Give(sim::CurrentChannel());
+}
+
+int32_t MwPrivateDataGetFreeMem(MwHandle privateData) {
+  SIM_CALL(int32_t, privateData);
+  if (!PrivateData(privateData)) return 0;
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  return sim::Rx().free_memory;
+}
+
+int32_t MwKeysetGetValue(MwHandle keyset) {
+  SIM_CALL(int32_t, keyset);
+  auto k = Keyset(keyset);
+  if (!k) return 0;
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  return k->application->keys;
+}
+
+int32_t MwKeysetGetMaximumValue(MwHandle keyset) {
+  SIM_CALL(int32_t, keyset);
+  if (!Keyset(keyset)) return 0;
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  return sim::Rx().key_groups;
+}
+
+uint32_t MwKeysetGetOtherKeys(MwHandle keyset, const int32_t** keys) {
+  SIM_CALL(uint32_t, keyset, static_cast<const void*>(keys));
+  auto k = Keyset(keyset);
+  if (keys) *keys = nullptr;
+  if (!k || !keys) return 0;
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  k->other_keys = sim::Rx().other_keys;
+  *keys = k->other_keys.data();
+  return static_cast<uint32_t>(k->other_keys.size());
+}
+
+int32_t MwKeysetSetValue(MwHandle keyset, int32_t mask) {
+  SIM_CALL(int32_t, keyset, mask);
+  auto k = Keyset(keyset);
+  if (!k) return 0;
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  k->application->keys = mask & sim::Rx().key_groups;
+  return k->application->keys;
+}
+
+}  // extern "C"

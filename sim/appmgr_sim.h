@@ -1,0 +1,46 @@
+// Test controls of the simulated application manager: the managers the
+// plug-in made, the applications it asked about or started, and the
+// manager's two events.
+#ifndef ORVANE_SIM_APPMGR_SIM_H
+#define ORVANE_SIM_APPMGR_SIM_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "middleware/types.h"
+
+namespace sim {
+
+// Live application managers (including the parsers of AIT instances), oldest first.
+std::vector<MwHandle> AppManagers();
+// The newest live application manager, 0 when there is none.
+MwHandle LastAppManager();
+bool IsAppManager(MwHandle handle);
+
+// Raise AppMgr_onLowMemory / AppMgr_onApplicationLoadError for `manager`, from
+// the caller's thread or (on_sim_thread) from the simulator's thread after
+// `delay_ms`.
+void RaiseLowMemory(MwHandle manager, bool on_sim_thread = false, int delay_ms = 0);
+void RaiseApplicationLoadError(MwHandle manager, bool on_sim_thread = false, int delay_ms = 0);
+
+// The receiver presents no channel from now on (until Reset).
+void PresentNothing();
+
+// What the simulator knows of one application.
+struct ApplicationState {
+  bool known = false;     // the handle names an application
+  std::string url;        // the owner page's URL, or the URL it was started with
+  bool visible = false;   // after MwApplicationShow, until MwApplicationHide
+  bool destroyed = false;  // after MwApplicationDestroy
+  MwHandle parent = 0;    // the application that started it (0: none or unknown)
+  bool child = false;     // started as a child
+  int32_t keys = 0;       // key groups granted through its keyset
+};
+ApplicationState Application(MwHandle application);
+// The owner application of pages at `url`, 0 when never asked about.
+MwHandle OwnerApplication(const std::string& url);
+
+}  // namespace sim
+
+#endif

@@ -1,0 +1,101 @@
+#include "appmgr/application.h"
+
+#include "appmgr/handle_record.h"
+#include "appmgr/private_data.h"
+#include "middleware/appmgr.h"
+#include "plugin/frame.h"
+#include "utils/convert.h"
+#include "utils/url.h"
+
+namespace {
+
+HandleRecord* g_applications = nullptr;
+
+enum Method { kShow, kHide, kCreateApplication, kDestroyApplication };
+
+const char* const kPropertyNames[] = {"privateData"};
+const char* const kMethodNames[] = {"show", "hide", "createApplication", "destroyApplication"};
+
+HandleRecord* Find(NPObject* object) { return FindByObject(g_applications, object); }
+
+// A script value as a flag: booleans as they are, numbers when non-zero,
+// anything else false.
+bool Flag(const NPVariant& v) {
+  switch (v.type) {
+    case NPVariantType_Bool: return v.value.boolValue;
+    case NPVariantType_Int32: return v.value.intValue != 0;
+    case NPVariantType_Double: return v.value.doubleValue != 0;
+    default: return false;
+  }
+}
+
+// Starts the application at `uri` (made absolute against the page) from
+// application `r`; the result is its new Application object or null.
+void CreateApplication(HandleRecord* r, const NPVariant& uri, bool child, NPVariant* result) {
+  MwString url = IsString(uri) ? ArgString(uri) : MwString{0, ""};
+  int resolved = NP_UtilsResolveUrl(r->instance, &url);
+  // Called with the own handle even when it is 0.
+  MwHandle created = MwApplicationCreateApplication(r->handle, &url, child ? 1 : 0);
+  if (resolved) NPN_MemFree(const_cast<char*>(url.data));
+  SetObjectOrNull(result, created ? ApplicationCreateApp(r->instance, created) : nullptr);
+}
+
+struct Application : KindDefaults<Application> {
+  static NameTable& Properties() {
+    static NameTable t(kPropertyNames);
+    return t;
+  }
+  static NameTable& Methods() {
+    static NameTable t(kMethodNames);
+    return t;
+  }
+
+  static void Deallocate(NPObject* object) { FreeHandleObject(&g_applications, object); }
+
+  static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
+                     NPVariant* result) {
+    HandleRecord* r = Find(object);
+    if (!r) return false;
+    switch (Methods().Find(id)) {
+      case kShow:
+        if (r->handle) MwApplicationShow(r->handle);
+        return true;
+      case kHide:
+        if (r->handle) MwApplicationHide(r->handle);
+        return true;
+      case kCreateApplication:
+        if (count < 2) return false;
+        CreateApplication(r, args[0], Flag(args[1]), result);
+        return true;
+      case kDestroyApplication:
+        // The handle is not released afterwards: a destroyed application's
+        // object is inert and its deallocation releases nothing.
+        if (r->handle) {
+          MwApplicationDestroy(r->handle);
+          r->handle = 0;
+        }
+        return true;
+      default:
+        return false;
+    }
+  }
+
+  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
+    HandleRecord* r = Find(object);
+    if (!r || Properties().Find(id) != 0) return false;
+    // Asked even for handle 0 (the inert application of a load error).
+    MwHandle data = MwApplicationGetPrivateData(r->handle);
+    SetObjectOrNull(result, data ? ApplicationPrivDataCreate(r->instance, data) : nullptr);
+    return true;
+  }
+};
+
+}  // namespace
+
+NPObject* ApplicationCreateApp(NPP instance, MwHandle application) {
+  Application::Properties().Intern();
+  Application::Methods().Intern();
+  return NewHandleObject(&g_applications, instance, ScriptClass<Application>::Class(), application);
+}
+
+NPClass* ApplicationGetClass(void) { return ScriptClass<Application>::Class(); }

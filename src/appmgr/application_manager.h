@@ -1,0 +1,22 @@
+// The application manager ("application/oipfApplicationManager"): hands the
+// page the Application object that owns it, and reports low memory and
+// application load failures to page listeners.
+#ifndef ORVANE_APPMGR_APPLICATION_MANAGER_H
+#define ORVANE_APPMGR_APPLICATION_MANAGER_H
+
+#include "middleware/types.h"
+#include "plugin/export.h"
+#include "plugin/record.h"
+
+struct AppMgrRecord : ObjectRecord {
+  NPObject* on_low_memory;  // listener set through onLowMemory
+  NPObject* on_load_error;  // listener set through onApplicationLoadError
+};
+
+ORV_EXPORT AppMgrRecord* ApplicationManagerCreate(NPP instance);
+ORV_EXPORT void ApplicationManagerDestroy(AppMgrRecord* record);
+// Middleware events for the manager with handle `manager`.
+ORV_EXPORT void AppMgr_onLowMemory(MwHandle manager);
+ORV_EXPORT void AppMgr_onApplicationLoadError(MwHandle manager);
+
+#endif

@@ -1,0 +1,96 @@
+#include "appmgr/keyset.h"
+
+#include <cmath>
+#include <cstdint>
+
+#include "appmgr/handle_record.h"
+#include "middleware/appmgr.h"
+#include "plugin/frame.h"
+#include "utils/convert.h"
+
+namespace {
+
+HandleRecord* g_keysets = nullptr;
+
+// The eleven key groups, as bit masks in table order (RED = 0x1 ... OTHER = 0x400).
+constexpr int kGroupCount = 11;
+enum Property { kValue = kGroupCount, kMaximumValue, kOtherKeys };
+
+const char* const kPropertyNames[] = {"RED",    "GREEN", "YELLOW",  "BLUE",  "NAVIGATION",
+                                      "VCR",    "SCROLL", "INFO",   "NUMERIC", "ALPHA",
+                                      "OTHER",  "value", "maximumValue", "otherKeys"};
+const char* const kMethodNames[] = {"setValue"};
+
+HandleRecord* Find(NPObject* object) { return FindByObject(g_keysets, object); }
+
+// A requested mask: numbers truncated toward zero (clamped to 32 bits),
+// anything else 0.
+int32_t Mask(const NPVariant* args, uint32_t count) {
+  if (count < 1) return 0;
+  if (args[0].type == NPVariantType_Int32) return args[0].value.intValue;
+  if (args[0].type != NPVariantType_Double) return 0;
+  double d = std::trunc(args[0].value.doubleValue);
+  if (std::isnan(d)) return 0;
+  if (d <= INT32_MIN) return INT32_MIN;
+  if (d >= INT32_MAX) return INT32_MAX;
+  return static_cast<int32_t>(d);
+}
+
+struct Keyset : KindDefaults<Keyset> {
+  static NameTable& Properties() {
+    static NameTable t(kPropertyNames);
+    return t;
+  }
+  static NameTable& Methods() {
+    static NameTable t(kMethodNames);
+    return t;
+  }
+
+  static void Deallocate(NPObject* object) { FreeHandleObject(&g_keysets, object); }
+
+  static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
+                     NPVariant* result) {
+    HandleRecord* r = Find(object);
+    if (!r || !r->handle || Methods().Find(id) != 0) return false;
+    // The answer is the mask granted, which may be smaller than the one asked for.
+    SetInt(result, MwKeysetSetValue(r->handle, Mask(args, count)));
+    return true;
+  }
+
+  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
+    // The group constants answer even for an object whose record is gone.
+    HandleRecord* r = Find(object);
+    MwHandle handle = r ? r->handle : 0;
+    int index = Properties().Find(id);
+    if (index >= 0 && index < kGroupCount) {
+      SetInt(result, 1 << index);
+      return true;
+    }
+    switch (index) {
+      case kValue:
+        SetInt(result, MwKeysetGetValue(handle));
+        return true;
+      case kMaximumValue:
+        SetInt(result, MwKeysetGetMaximumValue(handle));
+        return true;
+      case kOtherKeys: {
+        if (!r) return false;
+        const int32_t* keys = nullptr;
+        uint32_t n = MwKeysetGetOtherKeys(handle, &keys);
+        // The array stays the middleware's.
+        NP_UtilsArrayToResult(r->instance, keys, keys ? n : 0, result);
+        return true;
+      }
+      default:
+        return false;
+    }
+  }
+};
+
+}  // namespace
+
+NPObject* KeysetCreate(NPP instance, MwHandle keyset) {
+  Keyset::Properties().Intern();
+  Keyset::Methods().Intern();
+  return NewHandleObject(&g_keysets, instance, ScriptClass<Keyset>::Class(), keyset);
+}
