@@ -1,0 +1,104 @@
+#include "broadcast/stream_event.h"
+
+#include <cstring>
+
+#include "plugin/frame.h"
+#include "plugin/record.h"
+#include "utils/convert.h"
+#include "utils/record_alloc.h"
+
+namespace {
+
+// One block: this head, then the name, data and text back to back (not
+// terminated).
+struct StreamEventRecord {
+  StreamEventRecord* next;
+  NPObject* object;
+  uint32_t name_length;
+  const char* name;
+  uint32_t data_length;
+  const char* data;
+  uint32_t text_length;
+  const char* text;
+  uint32_t status;
+};
+
+StreamEventRecord* g_events = nullptr;
+
+struct StatusText {
+  uint32_t length;
+  const char* text;
+};
+const StatusText kTrigger = {7, "trigger"};
+const StatusText kError = {5, "error"};
+
+enum Property { kName, kData, kText, kStatus };
+const char* const kPropertyNames[] = {"name", "data", "text", "status"};
+
+struct StreamEvent : KindDefaults<StreamEvent> {
+  static NameTable& Properties() {
+    static NameTable t(kPropertyNames);
+    return t;
+  }
+
+  static void Deallocate(NPObject* object) {
+    StreamEventRecord* r = FindByObject(g_events, object);
+    if (!r) return;
+    Unlink(&g_events, r);
+    RecordFree(r);
+  }
+
+  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
+    StreamEventRecord* r = FindByObject(g_events, object);
+    if (!r) return false;
+    switch (Properties().Find(id)) {
+      case kName: NP_UtilsStringToResult(r->name_length, r->name, result); return true;
+      case kData: NP_UtilsStringToResult(r->data_length, r->data, result); return true;
+      case kText: NP_UtilsStringToResult(r->text_length, r->text, result); return true;
+      case kStatus: {
+        const StatusText& s = r->status == 1 ? kTrigger : kError;
+        NP_UtilsStringToResult(s.length, s.text, result);
+        return true;
+      }
+      default: return false;
+    }
+  }
+};
+
+// Copies `length` bytes of `from` (null reads as nothing) to `to`; the
+// copy's start.
+const char* Copy(char** to, const char* from, uint32_t length) {
+  char* start = *to;
+  if (length && from) memcpy(start, from, length);
+  else if (length) memset(start, 0, length);
+  *to += length;
+  return start;
+}
+
+}  // namespace
+
+void SEventInit() { StreamEvent::Properties().Intern(); }
+
+NPObject* SEventCreate(NPP instance, const MwStreamEvent* event) {
+  if (!event) return nullptr;
+  StreamEvent::Properties().Intern();
+  size_t size = sizeof(StreamEventRecord) + size_t{event->nameLength} + event->dataLength +
+                event->textLength;
+  StreamEventRecord* r = static_cast<StreamEventRecord*>(RecordAlloc(size));
+  if (!r) return nullptr;
+  r->object = NPN_CreateObject(instance, ScriptClass<StreamEvent>::Class());
+  if (!r->object) {
+    RecordFree(r);
+    return nullptr;
+  }
+  char* bytes = reinterpret_cast<char*>(r + 1);
+  r->name_length = event->nameLength;
+  r->name = Copy(&bytes, event->name, event->nameLength);
+  r->data_length = event->dataLength;
+  r->data = Copy(&bytes, event->data, event->dataLength);
+  r->text_length = event->textLength;
+  r->text = Copy(&bytes, event->text, event->textLength);
+  r->status = event->status;
+  PushFront(&g_events, r);
+  return r->object;
+}
