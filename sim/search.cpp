@@ -1,0 +1,362 @@
+// The simulated metadata search: managers, searches over the receiver's
+// programmes, queries and paged result lists.
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include "middleware/collection.h"
+#include "middleware/search.h"
+#include "sim/channel_sim.h"
+#include "sim/core.h"
+#include "sim/receiver.h"
+#include "sim/search_sim.h"
+
+namespace {
+
+using Lock = std::lock_guard<std::recursive_mutex>;
+using sim::ProgrammeObject;
+
+const int32_t kStateReady = 0, kStateAborted = 3;
+const int kEventDelayMs = 5;
+
+struct QueryNode {
+  enum Op { kLeaf, kAnd, kOr, kNot } op = kLeaf;
+  std::string field, value;
+  uint32_t comparison = 0;
+  std::shared_ptr<const QueryNode> a, b;
+};
+using Node = std::shared_ptr<const QueryNode>;
+
+struct QueryObject : sim::Object {
+  Node node;
+  const char* Type() const override { return "query"; }
+};
+
+struct SearchManagerObject : sim::Object {
+  const char* Type() const override { return "search-manager"; }
+};
+
+struct SearchObject : sim::Object {
+  MwHandle manager = 0;
+  uint32_t target = 0;
+  Node query;
+  std::vector<MwHandle> channels;  // constraints; empty: every channel
+  bool from_stream = false;        // the programmes of one channel's stream
+  MwHandle stream_channel = 0;
+  uint32_t start_time = 0;
+  const char* Type() const override { return "search"; }
+};
+
+struct SearchResultsObject : sim::ListObject {
+  std::shared_ptr<SearchObject> search;
+  MwHandle search_handle = 0;
+  int32_t offset = 0, total = 0;
+  bool aborted = false;
+  const char* Type() const override { return "search-results"; }
+};
+
+std::string Lower(std::string s) {
+  for (char& c : s) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return s;
+}
+
+std::string Describe(const Node& n) {
+  if (!n) return "";
+  static const char* const kComparisons[] = {"=", "!=", ">", ">=", "<", "<=", "contains"};
+  switch (n->op) {
+    case QueryNode::kAnd: return "(" + Describe(n->a) + " and " + Describe(n->b) + ")";
+    case QueryNode::kOr: return "(" + Describe(n->a) + " or " + Describe(n->b) + ")";
+    case QueryNode::kNot: return "not " + Describe(n->a);
+    case QueryNode::kLeaf: break;
+  }
+  std::string cmp = n->comparison < 7 ? kComparisons[n->comparison] : "?" + std::to_string(n->comparison);
+  return n->field + " " + cmp + " " + n->value;
+}
+
+bool IsNumber(const std::string& s, long long* out) {
+  if (s.empty()) return false;
+  char* end = nullptr;
+  *out = std::strtoll(s.c_str(), &end, 10);
+  return end && *end == '\0';
+}
+
+bool Compare(const std::string& have, uint32_t comparison, const std::string& want) {
+  long long h, w;
+  int order;
+  if (IsNumber(have, &h) && IsNumber(want, &w))
+    order = h < w ? -1 : h > w ? 1 : 0;
+  else
+    order = Lower(have).compare(Lower(want));
+  switch (comparison) {
+    case 0: return order == 0;
+    case 1: return order != 0;
+    case 2: return order > 0;
+    case 3: return order >= 0;
+    case 4: return order < 0;
+    case 5: return order <= 0;
+    case 6: return Lower(have).find(Lower(want)) != std::string::npos;
+    default: return false;
+  }
+}
+
+std::vector<std::string> FieldValues(const ProgrammeObject& p, std::string field) {
+  field = Lower(field);
+  if (field.rfind("programme.", 0) == 0) field = field.substr(10);
+  if (field == "description") return {p.description};
+  if (field == "genre") return p.genre;
+  if (field == "channelid") return {p.channel_id};
+  if (field == "programmeid") return {p.programme_id};
+  if (field == "starttime") return {std::to_string(p.start_time)};
+  if (field == "duration") return {std::to_string(p.duration)};
+  return {p.name};
+}
+
+bool Matches(const Node& n, const ProgrammeObject& p) {
+  if (!n) return true;
+  switch (n->op) {
+    case QueryNode::kAnd: return Matches(n->a, p) && Matches(n->b, p);
+    case QueryNode::kOr: return Matches(n->a, p) || Matches(n->b, p);
+    case QueryNode::kNot: return !Matches(n->a, p);
+    case QueryNode::kLeaf: break;
+  }
+  for (const std::string& v : FieldValues(p, n->field))
+    if (Compare(v, n->comparison, n->value)) return true;
+  return false;
+}
+
+// The programmes the search finds, in channel order (holds the lock).
+std::vector<MwHandle> Run(const SearchObject& s) {
+  std::vector<MwHandle> found;
+  for (MwHandle ch : sim::Rx().channels) {
+    if (s.from_stream && ch != s.stream_channel) continue;
+    if (!s.channels.empty() && std::find(s.channels.begin(), s.channels.end(), ch) == s.channels.end())
+      continue;
+    auto channel = sim::Find<sim::ChannelObject>(ch);
+    if (!channel) continue;
+    for (MwHandle ph : channel->programmes) {
+      auto p = sim::Find<ProgrammeObject>(ph);
+      if (!p) continue;
+      if (s.from_stream && s.start_time != 0 &&
+          static_cast<int64_t>(p->start_time) + p->duration <= static_cast<int64_t>(s.start_time))
+        continue;
+      if (Matches(s.query, *p)) found.push_back(ph);
+    }
+  }
+  return found;
+}
+
+void ReportLater(MwHandle manager, MwHandle search, int32_t state) {
+  if (sim::AutoEvents()) sim::RaiseMetadataSearch(manager, search, state, true);
+}
+
+MwHandle NewQuery(Node node) {
+  auto q = std::make_shared<QueryObject>();
+  q->node = std::move(node);
+  return sim::Register(q, false);
+}
+
+Node QueryNodeOf(MwHandle query) {
+  auto q = sim::Find<QueryObject>(query);
+  return q ? q->node : nullptr;
+}
+
+MwHandle Combine(QueryNode::Op op, MwHandle query, MwHandle other) {
+  Node a = QueryNodeOf(query);
+  Node b = op == QueryNode::kNot ? nullptr : QueryNodeOf(other);
+  if (!a || (op != QueryNode::kNot && !b)) return 0;
+  auto n = std::make_shared<QueryNode>();
+  n->op = op;
+  n->a = a;
+  n->b = b;
+  return NewQuery(n);
+}
+
+}  // namespace
+
+namespace sim {
+
+std::string QueryDescription(MwHandle query) {
+  Lock lock(Mutex());
+  return Describe(QueryNodeOf(query));
+}
+
+std::string SearchQueryDescription(MwHandle search) {
+  auto s = Find<SearchObject>(search);
+  if (!s) return "";
+  Lock lock(Mutex());
+  return Describe(s->query);
+}
+
+void RaiseMetadataSearch(MwHandle manager, MwHandle search, int32_t state, bool on_sim_thread) {
+  auto raise = [manager, search, state] {
+    if (!Find<SearchManagerObject>(manager)) return;
+    MwHandle given = Give(search);
+    if (!given) return;
+    SIM_EMIT(SearchManager_onMetadataSearch, manager, given, state);
+  };
+  if (on_sim_thread)
+    OnSimThread(raise, kEventDelayMs);
+  else
+    raise();
+}
+
+}  // namespace sim
+
+extern "C" {
+
+// ---- search manager ----
+MwHandle MwSearchManagerOpen(void) {
+  SIM_CALL(MwHandle);
+  return sim::Register(std::make_shared<SearchManagerObject>(), false);
+}
+
+MwHandle MwSearchManagerCreateSearch(MwHandle manager, uint32_t target) {
+  SIM_CALL(MwHandle, manager, target);
+  if (!sim::Find<SearchManagerObject>(manager)) return 0;
+  auto s = std::make_shared<SearchObject>();
+  s->manager = manager;
+  s->target = target;
+  return sim::Register(s, false);
+}
+
+MwHandle MwSearchManagerGetChannelConfig(MwHandle manager) {
+  SIM_CALL(MwHandle, manager);
+  if (!sim::Find<SearchManagerObject>(manager)) return 0;
+  return sim::NewChannelConfig();
+}
+
+// ---- searches ----
+int32_t MwSearchGetTarget(MwHandle search) {
+  SIM_CALL(int32_t, search);
+  auto s = sim::Find<SearchObject>(search);
+  if (!s) return 0;
+  Lock lock(sim::Mutex());
+  return static_cast<int32_t>(s->target);
+}
+
+// A new, empty page over the search; MwSearchResultsGetResults fills it.
+MwHandle MwSearchGetResult(MwHandle search) {
+  SIM_CALL(MwHandle, search);
+  auto s = sim::Find<SearchObject>(search);
+  if (!s) return 0;
+  auto r = std::make_shared<SearchResultsObject>();
+  r->search = s;
+  r->search_handle = search;
+  return sim::Register(r, false);
+}
+
+void MwSearchSetQuery(MwHandle search, MwHandle query) {
+  SIM_VOID(search, query);
+  auto s = sim::Find<SearchObject>(search);
+  if (!s) return;
+  Node node = QueryNodeOf(query);
+  Lock lock(sim::Mutex());
+  s->query = node;
+  s->from_stream = false;
+}
+
+void MwSearchAddChannelConstraint(MwHandle search, MwHandle channel) {
+  SIM_VOID(search, channel);
+  auto s = sim::Find<SearchObject>(search);
+  if (!s) return;
+  Lock lock(sim::Mutex());
+  if (channel == 0)
+    s->channels.clear();
+  else if (sim::Find<sim::ChannelObject>(channel))
+    s->channels.push_back(channel);
+}
+
+MwHandle MwSearchCreateQuery(MwHandle search, const MwString* field, uint32_t comparison,
+                             const MwString* value) {
+  SIM_CALL(MwHandle, search, field, comparison, value);
+  if (!sim::Find<SearchObject>(search) || !field || !value) return 0;
+  auto n = std::make_shared<QueryNode>();
+  n->field = sim::Text(field);
+  n->comparison = comparison;
+  n->value = sim::Text(value);
+  return NewQuery(n);
+}
+
+void MwSearchFindProgrammesFromStream(MwHandle search, MwHandle channel, uint32_t startTime) {
+  SIM_VOID(search, channel, startTime);
+  auto s = sim::Find<SearchObject>(search);
+  if (!s) return;
+  Lock lock(sim::Mutex());
+  s->from_stream = true;
+  s->stream_channel = channel;
+  s->start_time = startTime;
+  s->query = nullptr;
+}
+
+// ---- queries ----
+MwHandle MwQueryAnd(MwHandle query, MwHandle other) {
+  SIM_CALL(MwHandle, query, other);
+  return Combine(QueryNode::kAnd, query, other);
+}
+
+MwHandle MwQueryOr(MwHandle query, MwHandle other) {
+  SIM_CALL(MwHandle, query, other);
+  return Combine(QueryNode::kOr, query, other);
+}
+
+MwHandle MwQueryNot(MwHandle query) {
+  SIM_CALL(MwHandle, query);
+  return Combine(QueryNode::kNot, query, 0);
+}
+
+// ---- result lists ----
+int32_t MwSearchResultsGetResults(MwHandle list, uint32_t offset, uint32_t count) {
+  SIM_CALL(int32_t, list, offset, count);
+  auto r = sim::Find<SearchResultsObject>(list);
+  if (!r) return 0;
+  MwHandle manager, search;
+  {
+    Lock lock(sim::Mutex());
+    std::vector<MwHandle> found = Run(*r->search);
+    size_t from = std::min<size_t>(offset, found.size());
+    size_t to = std::min<size_t>(from + count, found.size());
+    r->items.assign(found.begin() + static_cast<std::ptrdiff_t>(from),
+                    found.begin() + static_cast<std::ptrdiff_t>(to));
+    r->offset = static_cast<int32_t>(offset);
+    r->total = static_cast<int32_t>(found.size());
+    r->aborted = false;
+    manager = r->search->manager;
+    search = r->search_handle;
+  }
+  ReportLater(manager, search, kStateReady);
+  return 1;
+}
+
+void MwSearchResultsAbort(MwHandle list) {
+  SIM_VOID(list);
+  auto r = sim::Find<SearchResultsObject>(list);
+  if (!r) return;
+  MwHandle manager, search;
+  {
+    Lock lock(sim::Mutex());
+    r->aborted = true;
+    manager = r->search->manager;
+    search = r->search_handle;
+  }
+  ReportLater(manager, search, kStateAborted);
+}
+
+int32_t MwSearchResultsGetOffset(MwHandle list) {
+  SIM_CALL(int32_t, list);
+  auto r = sim::Find<SearchResultsObject>(list);
+  if (!r) return 0;
+  Lock lock(sim::Mutex());
+  return r->offset;
+}
+
+int32_t MwSearchResultsGetTotalSize(MwHandle list) {
+  SIM_CALL(int32_t, list);
+  auto r = sim::Find<SearchResultsObject>(list);
+  if (!r) return 0;
+  Lock lock(sim::Mutex());
+  return r->total;
+}
+
+}  // extern "C"
