@@ -84,6 +84,7 @@ void LoadDefaultReceiver() {
   Receiver& rx = Rx();
   rx = Receiver();
   const int32_t now = 1795000000;  // a fixed clock, so that runs repeat
+  rx.now = now;
   const ChannelSpec specs[] = {
       {0, "Orvane One", 8468, 4100, 4164},
       {0, "Orvane Two", 8468, 4100, 4228},

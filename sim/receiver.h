@@ -92,6 +92,8 @@ struct Receiver {
   int32_t key_groups = 0x7ff;          // groups the simulated remote has
   std::vector<int32_t> other_keys;     // further key codes
   int32_t free_memory = 64 * 1024 * 1024;
+  // the receiver's clock, seconds since the epoch (fixed, so that runs repeat)
+  int32_t now = 0;
 };
 
 Receiver& Rx();
