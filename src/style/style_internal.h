@@ -1,0 +1,69 @@
+// Shared by the placement code, the rectangle functions and the style
+// script object: the interned names, the style list and the number reader.
+#ifndef ORVANE_STYLE_STYLE_INTERNAL_H
+#define ORVANE_STYLE_STYLE_INTERNAL_H
+
+#include <cstddef>
+#include <cstdint>
+
+#include "plugin/npapi.h"
+#include "style/style.h"
+
+enum DomName {
+  kDomParentNode,
+  kDomStyle,
+  kDomId,
+  kDomNodeName,
+  kDomOffsetParent,
+  kDomOffsetLeft,
+  kDomOffsetTop,
+  kDomOffsetWidth,
+  kDomOffsetHeight,
+  kDomNameCount,
+};
+
+enum StyleKey {
+  kKeyPosition,
+  kKeyLeft,
+  kKeyTop,
+  kKeyWidth,
+  kKeyHeight,
+  kKeyMarginLeft,
+  kKeyPaddingLeft,
+  kKeyBorderLeftWidth,
+  kKeyFloat,
+  kKeyVerticalAlign,
+  kKeyOutlineWidth,
+  kStyleKeyCount,
+};
+
+constexpr size_t kPositionKeywordCount = 5;
+
+struct StyleNames {
+  NPIdentifier dom[kDomNameCount];
+  NPIdentifier keys[kStyleKeyCount];
+  size_t key_lengths[kStyleKeyCount];
+  size_t position_lengths[kPositionKeywordCount];  // by StylePositionIndex
+  int done;
+};
+
+// The names, interned on first use.
+const StyleNames& StyleIds();
+extern const char* const kStyleKeyNames[kStyleKeyCount];
+extern const char* const kPositionKeywords[kPositionKeywordCount];
+
+// The style records, newest first.
+StyleRecord*& StyleList();
+NPClass* StyleObjectClass();
+
+// A bounded view of characters that need not end in NUL.
+struct TextCursor {
+  const char* p;
+  const char* end;
+  bool AtEnd() const { return p >= end; }
+  char Peek() const { return AtEnd() ? '\0' : *p; }
+};
+// An optional "-", decimal digits, an optional "p" and an optional "x".
+int32_t ReadSignedNumber(TextCursor* text);
+
+#endif
