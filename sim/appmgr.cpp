@@ -45,6 +45,9 @@ std::shared_ptr<KeysetObject> Keyset(MwHandle h) { return sim::Find<KeysetObject
 }  // namespace
 
 namespace sim {
+namespace detail {
+void ReleaseHandle(MwHandle handle);  // core.cpp: gives back one reference, unlogged
+}  // namespace detail
 
 void RaiseLowMemory(MwHandle manager, bool on_sim_thread, int delay_ms) {
   if (!on_sim_thread) {
@@ -130,13 +133,18 @@ MwHandle MwApplicationCreateApplication(MwHandle application, const MwString* ur
   return sim::Register(a, false);
 }
 
+// The caller's handle is no longer used afterwards: its reference is taken
+// back here.
 void MwApplicationDestroy(MwHandle application) {
   SIM_VOID(application);
-  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-  if (auto a = App(application)) {
+  auto a = App(application);
+  if (!a) return;
+  {
+    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
     a->destroyed = true;
     a->visible = false;
   }
+  sim::detail::ReleaseHandle(application);
 }
 
 MwHandle MwApplicationGetPrivateData(MwHandle application) {

@@ -1,0 +1,77 @@
+// A page with an application manager instance, and the page's own
+// application object as page scripts reach it.
+#ifndef ORVANE_TESTS_APPMGR_APPMGR_FIXTURE_H
+#define ORVANE_TESTS_APPMGR_APPMGR_FIXTURE_H
+
+#include <string>
+#include <vector>
+
+#include "host/fixture.h"
+#include "host/internal.h"
+#include "sim/appmgr_sim.h"
+#include "sim/sim.h"
+
+class AppMgrTest : public OrvaneTest {
+ protected:
+  // An application manager on a page at `href`.
+  void OpenManager(const std::string& href = "http://apps.example/app/index.html") {
+    host::PageSpec spec;
+    spec.href = href;
+    npp_ = NewPlugin("application/oipfapplicationmanager", {}, spec);
+    ASSERT_EQ(NPERR_NO_ERROR, last_error_);
+    pages_.push_back(npp_);
+    manager_ = Scriptable(npp_);
+    ASSERT_NE(nullptr, manager_);
+    handle_ = sim::LastAppManager();
+    ASSERT_NE(0u, handle_);
+  }
+  NPObject* Document() { return host::Document(host::PageOf(npp_)); }
+
+  // Calls `method` on `o` with `args`; the result is kept in `result_`
+  // (released before the next call and at the end).
+  bool Call(NPObject* o, const char* method, std::vector<NPVariant> args = {}) {
+    host::Release(&result_);
+    result_ = host::Void();
+    return host::Invoke(npp_, o, method, std::move(args), &result_);
+  }
+  bool Read(NPObject* o, const char* name) {
+    host::Release(&result_);
+    result_ = host::Void();
+    return host::Get(npp_, o, name, &result_);
+  }
+  // The object in the last result, retained for the caller (null if none).
+  NPObject* Take() {
+    if (result_.type != NPVariantType_Object) return nullptr;
+    NPObject* o = result_.value.objectValue;
+    result_ = host::Void();
+    return o;
+  }
+  // window.document's owner application, retained for the caller.
+  NPObject* OwnerApp() {
+    EXPECT_TRUE(Call(manager_, "getOwnerApplication", {host::Obj(Document())}));
+    return Take();
+  }
+  static void Drop(NPObject* o) {
+    if (o) host::Funcs()->releaseobject(o);
+  }
+
+  // What the browser drops when the pages go, before the leak checks: the
+  // window's "debug" object and the arguments the page's functions were
+  // called with (Application objects of load errors).
+  void TearDown() override {
+    host::Release(&result_);
+    result_ = host::Void();
+    for (NPP npp : pages_)
+      host::Funcs()->removeproperty(npp, host::Window(host::PageOf(npp)), host::Id("debug"));
+    host::detail::ResetFunctions();
+    OrvaneTest::TearDown();
+  }
+
+  std::vector<NPP> pages_;  // pages with an application manager element
+  NPP npp_ = nullptr;
+  NPObject* manager_ = nullptr;
+  MwHandle handle_ = 0;
+  NPVariant result_ = host::Void();
+};
+
+#endif
