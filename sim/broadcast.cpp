@@ -1,0 +1,579 @@
+// The simulated broadcast video instances. Tuning (bind, setChannel,
+// next/prev) moves the receiver's current channel at once and, with
+// automatic events on, reports connecting, the channel change and
+// presenting a few milliseconds later from the simulator's thread. Stream
+// events of the current channel reach their registrations after their delay
+// (and again every repeat period) until the registration is withdrawn.
+#include <algorithm>
+#include <cstdlib>
+#include <map>
+#include <memory>
+
+#include "middleware/broadcast.h"
+#include "sim/broadcast_sim.h"
+#include "sim/channel_sim.h"
+#include "sim/core.h"
+#include "sim/receiver.h"
+
+namespace {
+
+constexpr int kTuneDelayMs = 5;
+constexpr int kEventDelayMs = 5;
+constexpr int32_t kErrorUnknownChannel = 5;  // the receiver does not know the channel
+
+struct Registration {
+  uint64_t id;
+  std::string name;
+  uint32_t kind;
+};
+
+struct BroadcastObject : sim::Object {
+  sim::BroadcastState state;
+  std::vector<Registration> registrations;
+  std::map<int32_t, MwHandle> active;  // active component by type
+  const char* Type() const override { return "broadcast"; }
+};
+
+std::vector<MwHandle> g_instances;  // made since Reset, oldest first
+uint64_t g_next_registration = 1;
+int g_next_recording = 1;
+bool g_paint_set = false;
+MwRect g_paint_rect = {0, 0, 0, 0};
+
+sim::ResetHook g_reset([] {
+  g_instances.clear();
+  g_next_registration = 1;
+  g_next_recording = 1;
+  g_paint_set = false;
+});
+
+std::shared_ptr<BroadcastObject> Instance(MwHandle h) { return sim::Find<BroadcastObject>(h); }
+
+std::shared_ptr<sim::ChannelObject> ChannelAt(size_t index) {
+  sim::Receiver& rx = sim::Rx();
+  return index < rx.channels.size() ? sim::Find<sim::ChannelObject>(rx.channels[index]) : nullptr;
+}
+
+// Components of the receiver's current channel whose type is `type`.
+std::vector<MwHandle> CurrentComponents(int32_t type) {
+  std::vector<MwHandle> out;
+  auto channel = ChannelAt(sim::Rx().current);
+  if (!channel) return out;
+  for (MwHandle c : channel->components) {
+    auto component = sim::Find<sim::ComponentObject>(c);
+    if (component && component->type == type) out.push_back(c);
+  }
+  return out;
+}
+
+// The receiver's defaults for a newly presented channel: its first video and
+// first audio component.
+void DefaultComponents(BroadcastObject* b) {
+  b->active.clear();
+  for (int32_t type : {0, 1}) {
+    std::vector<MwHandle> of_type = CurrentComponents(type);
+    if (!of_type.empty()) b->active[type] = of_type.front();
+  }
+}
+
+// Runs `emit` a moment later on the simulator's thread if `h` still exists.
+void Later(MwHandle h, std::function<void()> emit, int delay_ms = kEventDelayMs) {
+  sim::OnSimThread(
+      [h, emit] {
+        if (Instance(h)) emit();
+      },
+      delay_ms);
+}
+
+void SetPlayState(MwHandle h, int32_t state) {
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  if (auto b = Instance(h)) b->state.play_state = state;
+}
+
+void EmitPlayState(MwHandle h, int32_t state, int32_t error) {
+  SetPlayState(h, state);
+  SIM_EMIT(Broadcast_onPlayStateChange, h, state, error);
+}
+
+// The events a tuning raises: connecting, then the change succeeded (with a
+// new reference to the channel) and presenting, or the change failed.
+void ReportTuning(MwHandle h, MwHandle channel, bool known) {
+  if (!sim::AutoEvents()) return;
+  Later(
+      h,
+      [h, channel, known] {
+        EmitPlayState(h, 1, -1);
+        if (!Instance(h)) return;
+        if (!known) {
+          SIM_EMIT(Broadcast_onChannelChangeError, h, sim::Give(channel), kErrorUnknownChannel);
+          if (Instance(h)) EmitPlayState(h, 0, kErrorUnknownChannel);
+          return;
+        }
+        SIM_EMIT(Broadcast_onChannelChangeSucceeded, h, sim::Give(channel));
+        if (Instance(h)) EmitPlayState(h, 2, -1);
+      },
+      kTuneDelayMs);
+}
+
+// Binds `h` to the receiver's channel at `index` (wrapped) and reports it.
+void TuneTo(MwHandle h, long index) {
+  MwHandle channel = 0;
+  {
+    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+    auto b = Instance(h);
+    sim::Receiver& rx = sim::Rx();
+    if (!b || rx.channels.empty()) return;
+    long n = static_cast<long>(rx.channels.size());
+    rx.current = static_cast<size_t>(((index % n) + n) % n);
+    channel = rx.channels[rx.current];
+    b->state.bound = true;
+    DefaultComponents(b.get());
+  }
+  ReportTuning(h, channel, true);
+}
+
+bool IsComponentOfCurrentChannel(MwHandle component, int32_t* type) {
+  auto c = sim::Find<sim::ComponentObject>(component);
+  if (!c) return false;
+  std::vector<MwHandle> of_type = CurrentComponents(c->type);
+  *type = c->type;
+  return std::find(of_type.begin(), of_type.end(), component) != of_type.end();
+}
+
+bool RegistrationLive(MwHandle h, uint64_t id) {
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  auto b = Instance(h);
+  if (!b) return false;
+  for (const Registration& r : b->registrations)
+    if (r.id == id) return true;
+  return false;
+}
+
+void EmitStreamEvent(MwHandle h, uint32_t kind, const std::string& name, const std::string& data,
+                     const std::string& text, int32_t status) {
+  MwStreamEvent event = {static_cast<uint32_t>(name.size()), name.data(),
+                         static_cast<uint32_t>(data.size()), data.data(),
+                         static_cast<uint32_t>(text.size()), text.data(),
+                         static_cast<uint32_t>(status)};
+  const MwStreamEvent* p = &event;
+  SIM_EMIT(Broadcast_onStreamEvent, h, kind, p);
+}
+
+void ScheduleStreamEvent(MwHandle h, uint64_t id, uint32_t kind, sim::StreamEventSpec spec,
+                         int delay_ms) {
+  sim::OnSimThread(
+      [h, id, kind, spec] {
+        if (!RegistrationLive(h, id)) return;
+        EmitStreamEvent(h, kind, spec.name, spec.data, spec.text, spec.status);
+        if (spec.repeat_ms > 0) ScheduleStreamEvent(h, id, kind, spec, spec.repeat_ms);
+      },
+      std::max(0, delay_ms));
+}
+
+// Keeps a registration and, with automatic events, schedules the current
+// channel's events of that name for it. False for an unknown instance.
+bool Register(MwHandle h, const std::string& name, uint32_t kind) {
+  uint64_t id;
+  std::vector<sim::StreamEventSpec> due;
+  {
+    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+    auto b = Instance(h);
+    if (!b) return false;
+    id = g_next_registration++;
+    b->registrations.push_back(Registration{id, name, kind});
+    if (auto channel = ChannelAt(sim::Rx().current))
+      for (const sim::StreamEventSpec& spec : channel->stream_events)
+        if (spec.name == name) due.push_back(spec);
+  }
+  if (sim::AutoEvents())
+    for (const sim::StreamEventSpec& spec : due) ScheduleStreamEvent(h, id, kind, spec, spec.delay_ms);
+  return true;
+}
+
+// True when a stream-event description declares the event `name`: an
+// attribute name="..." (or '...') with that value.
+bool DescriptionDeclares(const std::string& xml, const std::string& name) {
+  for (char quote : {'"', '\''}) {
+    std::string needle = std::string("name=") + quote + name + quote;
+    if (xml.find(needle) != std::string::npos) return true;
+  }
+  return false;
+}
+
+void SelectType(MwHandle h, int32_t type, bool select) {
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  auto b = Instance(h);
+  if (!b) return;
+  auto& types = b->state.selected_types;
+  types.erase(std::remove(types.begin(), types.end(), type), types.end());
+  if (select) {
+    std::vector<MwHandle> of_type = CurrentComponents(type);
+    if (of_type.empty()) return;
+    b->active[type] = of_type.front();
+    types.push_back(type);
+  } else {
+    b->active.erase(type);
+  }
+}
+
+}  // namespace
+
+namespace sim {
+
+bool Broadcast(MwHandle broadcast, BroadcastState* out) {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  auto b = Instance(broadcast);
+  if (!b) return false;
+  *out = b->state;
+  out->stream_events.clear();
+  for (const Registration& r : b->registrations) out->stream_events.emplace_back(r.name, r.kind);
+  return true;
+}
+
+std::vector<MwHandle> BroadcastInstances() {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  std::vector<MwHandle> out;
+  for (MwHandle h : g_instances)
+    if (Instance(h)) out.push_back(h);
+  return out;
+}
+
+bool LastPaintRect(MwRect* out) {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  if (g_paint_set) *out = g_paint_rect;
+  return g_paint_set;
+}
+
+void FireStreamEvent(const std::string& name, const std::string& data, const std::string& text,
+                     int32_t status) {
+  std::vector<std::pair<MwHandle, uint32_t>> targets;
+  {
+    std::lock_guard<std::recursive_mutex> lock(Mutex());
+    for (MwHandle h : g_instances)
+      if (auto b = Instance(h))
+        for (const Registration& r : b->registrations)
+          if (r.name == name) targets.emplace_back(h, r.kind);
+  }
+  for (auto& t : targets) EmitStreamEvent(t.first, t.second, name, data, text, status);
+}
+
+MwHandle CurrentRating() {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  auto channel = ChannelAt(Rx().current);
+  if (!channel || channel->programmes.empty()) return 0;
+  auto programme = Find<ProgrammeObject>(channel->programmes.front());
+  return programme && !programme->ratings.empty() ? programme->ratings.front() : 0;
+}
+
+void RaiseParentalRatingChange(MwHandle broadcast, const char* contentId, const char* drmSystemId,
+                               bool blocked) {
+  SIM_EMIT(Broadcast_onParentalRatingChange, broadcast, contentId ? NewStringHandle(contentId) : 0,
+           CurrentRating(), drmSystemId ? NewStringHandle(drmSystemId) : 0,
+           static_cast<uint8_t>(blocked ? 1 : 0));
+}
+
+void RaiseParentalRatingError(MwHandle broadcast, const char* contentId, const char* drmSystemId) {
+  SIM_EMIT(Broadcast_onParentalRatingError, broadcast, contentId ? NewStringHandle(contentId) : 0,
+           CurrentRating(), drmSystemId ? NewStringHandle(drmSystemId) : 0);
+}
+
+}  // namespace sim
+
+extern "C" {
+
+MwHandle MwBroadcastCreate(void* scriptObject) {
+  SIM_CALL(MwHandle, scriptObject);
+  MwHandle h = sim::Register(std::make_shared<BroadcastObject>(), false);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  g_instances.push_back(h);
+  return h;
+}
+
+void MwVideoSetPaintRect(const MwRect* rect) {
+  SIM_VOID(rect);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  g_paint_set = rect != nullptr;
+  if (rect) g_paint_rect = *rect;
+}
+
+void MwBroadcastSetVideoRect(MwHandle broadcast, int32_t x, int32_t y, int32_t width, int32_t height) {
+  SIM_VOID(broadcast, x, y, width, height);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  if (auto b = Instance(broadcast)) {
+    b->state.x = x;
+    b->state.y = y;
+    b->state.width = width;
+    b->state.height = height;
+  }
+}
+
+int32_t MwBroadcastIsFullScreen(MwHandle broadcast) {
+  SIM_CALL(int32_t, broadcast);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  auto b = Instance(broadcast);
+  return b ? b->state.full_screen : 0;
+}
+
+int32_t MwBroadcastGetWidth(MwHandle broadcast) {
+  SIM_CALL(int32_t, broadcast);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  auto b = Instance(broadcast);
+  if (!b) return 0;
+  return b->state.full_screen ? 1280 : b->state.width;
+}
+
+int32_t MwBroadcastGetHeight(MwHandle broadcast) {
+  SIM_CALL(int32_t, broadcast);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  auto b = Instance(broadcast);
+  if (!b) return 0;
+  return b->state.full_screen ? 720 : b->state.height;
+}
+
+int32_t MwBroadcastGetPlayState(MwHandle broadcast) {
+  SIM_CALL(int32_t, broadcast);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  auto b = Instance(broadcast);
+  return b ? b->state.play_state : 0;
+}
+
+MwHandle MwBroadcastGetData(MwHandle broadcast) {
+  SIM_CALL(MwHandle, broadcast);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  auto b = Instance(broadcast);
+  return b ? sim::NewStringHandleOrNull(b->state.data) : 0;
+}
+
+void MwBroadcastSetData(MwHandle broadcast, MwString* data) {
+  SIM_VOID(broadcast, data);
+  {
+    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+    if (auto b = Instance(broadcast)) b->state.data = sim::Text(data);
+  }
+  // Taken over: both blocks came from malloc.
+  if (data) free(const_cast<char*>(data->data));
+  free(data);
+}
+
+MwHandle MwBroadcastGetCurrentChannel(MwHandle broadcast) {
+  SIM_CALL(MwHandle, broadcast);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  auto b = Instance(broadcast);
+  // An instance that was never bound presents nothing.
+  return b && b->state.bound ? sim::Give(sim::CurrentChannel()) : 0;
+}
+
+MwHandle MwBroadcastGetProgrammes(MwHandle broadcast) {
+  SIM_CALL(MwHandle, broadcast);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  auto b = Instance(broadcast);
+  auto channel = ChannelAt(sim::Rx().current);
+  return b && b->state.bound && channel ? sim::NewList(channel->programmes) : 0;
+}
+
+int32_t MwBroadcastGetRecordingState(MwHandle broadcast) {
+  SIM_CALL(int32_t, broadcast);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  auto b = Instance(broadcast);
+  return b ? b->state.recording_state : 0;
+}
+
+MwHandle MwBroadcastGetChannelConfig(MwHandle broadcast) {
+  SIM_CALL(MwHandle, broadcast);
+  return Instance(broadcast) ? sim::NewChannelConfig() : 0;
+}
+
+void MwBroadcastBindToCurrentChannel(MwHandle broadcast) {
+  SIM_VOID(broadcast);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  TuneTo(broadcast, static_cast<long>(sim::Rx().current));
+}
+
+MwHandle MwBroadcastCreateChannelObject(MwHandle broadcast, uint32_t idType, uint32_t onid,
+                                        uint32_t tsid, uint32_t sid, uint32_t sourceId,
+                                        const MwString* ipBroadcastId) {
+  SIM_CALL(MwHandle, broadcast, idType, onid, tsid, sid, sourceId, ipBroadcastId);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  if (!Instance(broadcast)) return 0;
+  for (MwHandle h : sim::Rx().channels) {
+    auto c = sim::Find<sim::ChannelObject>(h);
+    if (c && static_cast<uint32_t>(c->onid) == onid && static_cast<uint32_t>(c->tsid) == tsid &&
+        static_cast<uint32_t>(c->sid) == sid)
+      return sim::Give(h);
+  }
+  return 0;
+}
+
+MwHandle MwBroadcastCreateChannelObjectByDsd(MwHandle broadcast, uint32_t idType,
+                                             const MwString* dsd, uint32_t sid) {
+  SIM_CALL(MwHandle, broadcast, idType, dsd, sid);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  if (!Instance(broadcast)) return 0;
+  std::string text = sim::Text(dsd);
+  for (MwHandle h : sim::Rx().channels) {
+    auto c = sim::Find<sim::ChannelObject>(h);
+    if (c && c->dsd == text && static_cast<uint32_t>(c->sid) == sid) return sim::Give(h);
+  }
+  return 0;
+}
+
+void MwBroadcastSetChannel(MwHandle broadcast, MwHandle channel, uint32_t trickplay,
+                           const MwString* contentAccessDescriptorUrl) {
+  SIM_VOID(broadcast, channel, trickplay, contentAccessDescriptorUrl);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  if (!Instance(broadcast)) return;
+  const std::vector<MwHandle>& channels = sim::Rx().channels;
+  auto it = std::find(channels.begin(), channels.end(), channel);
+  if (channel == 0 || it == channels.end()) {
+    // Only a handle the registry knows can be handed back in the error.
+    ReportTuning(broadcast, sim::Lookup(channel) ? channel : 0, false);
+    return;
+  }
+  TuneTo(broadcast, static_cast<long>(it - channels.begin()));
+}
+
+void MwBroadcastPrevChannel(MwHandle broadcast) {
+  SIM_VOID(broadcast);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  TuneTo(broadcast, static_cast<long>(sim::Rx().current) - 1);
+}
+
+void MwBroadcastNextChannel(MwHandle broadcast) {
+  SIM_VOID(broadcast);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  TuneTo(broadcast, static_cast<long>(sim::Rx().current) + 1);
+}
+
+void MwBroadcastSetFullScreen(MwHandle broadcast, uint32_t fullScreen) {
+  SIM_VOID(broadcast, fullScreen);
+  {
+    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+    auto b = Instance(broadcast);
+    if (!b) return;
+    b->state.full_screen = fullScreen ? 1 : 0;
+  }
+  if (sim::AutoEvents()) Later(broadcast, [broadcast] { SIM_EMIT(Broadcast_onFullScreenChange, broadcast); });
+}
+
+void MwBroadcastRelease(MwHandle broadcast) {
+  SIM_VOID(broadcast);
+  {
+    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+    auto b = Instance(broadcast);
+    if (!b) return;
+    b->state.bound = false;
+    b->active.clear();
+  }
+  if (sim::AutoEvents()) Later(broadcast, [broadcast] { EmitPlayState(broadcast, 0, -1); });
+}
+
+void MwBroadcastStop(MwHandle broadcast) {
+  SIM_VOID(broadcast);
+  if (!Instance(broadcast)) return;
+  if (sim::AutoEvents()) Later(broadcast, [broadcast] { EmitPlayState(broadcast, 3, -1); });
+}
+
+MwHandle MwBroadcastGetComponents(MwHandle broadcast, uint32_t componentType) {
+  SIM_CALL(MwHandle, broadcast, componentType);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  auto b = Instance(broadcast);
+  if (!b || !b->state.bound) return 0;
+  return sim::NewList(CurrentComponents(static_cast<int32_t>(componentType)));
+}
+
+MwHandle MwBroadcastGetCurrentActiveComponents(MwHandle broadcast, uint32_t componentType) {
+  SIM_CALL(MwHandle, broadcast, componentType);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  auto b = Instance(broadcast);
+  if (!b || !b->state.bound) return 0;
+  auto it = b->active.find(static_cast<int32_t>(componentType));
+  return it == b->active.end() ? 0 : sim::NewList({it->second});
+}
+
+void MwBroadcastSelectComponent(MwHandle broadcast, MwHandle component) {
+  SIM_VOID(broadcast, component);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  auto b = Instance(broadcast);
+  int32_t type = 0;
+  if (!b || !IsComponentOfCurrentChannel(component, &type)) return;
+  b->active[type] = component;
+  b->state.selected_components++;
+}
+
+void MwBroadcastUnselectComponent(MwHandle broadcast, MwHandle component) {
+  SIM_VOID(broadcast, component);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  auto b = Instance(broadcast);
+  int32_t type = 0;
+  if (!b || !IsComponentOfCurrentChannel(component, &type)) return;
+  auto it = b->active.find(type);
+  if (it != b->active.end() && it->second == component) b->active.erase(it);
+  if (b->state.selected_components > 0) b->state.selected_components--;
+}
+
+void MwBroadcastSelectComponentType(MwHandle broadcast, uint32_t componentType) {
+  SIM_VOID(broadcast, componentType);
+  SelectType(broadcast, static_cast<int32_t>(componentType), true);
+}
+
+void MwBroadcastUnselectComponentType(MwHandle broadcast, uint32_t componentType) {
+  SIM_VOID(broadcast, componentType);
+  SelectType(broadcast, static_cast<int32_t>(componentType), false);
+}
+
+int32_t MwBroadcastAddStreamEventListener(MwHandle broadcast, uint32_t urlLength, const char* url,
+                                          uint32_t nameLength, const char* name, uint32_t kind) {
+  MwString url_text{urlLength, url}, name_text{nameLength, name};
+  SIM_CALL(int32_t, broadcast, &url_text, &name_text, kind);
+  std::string target = sim::Text(&url_text);
+  if (target.compare(0, 4, "dvb:") != 0) return 0;
+  return Register(broadcast, sim::Text(&name_text), kind) ? 1 : 0;
+}
+
+int32_t MwBroadcastAddStreamEventXml(MwHandle broadcast, const char* bytes, uint32_t count,
+                                     uint32_t nameLength, const char* name, uint32_t kind) {
+  MwString xml_text{count, bytes}, name_text{nameLength, name};
+  SIM_CALL(int32_t, broadcast, &xml_text, &name_text, kind);
+  std::string event = sim::Text(&name_text);
+  if (event.empty() || !DescriptionDeclares(sim::Text(&xml_text), event)) return 0;
+  return Register(broadcast, event, kind) ? 1 : 0;
+}
+
+void MwBroadcastRemoveStreamEventListener(MwHandle broadcast, uint32_t nameLength,
+                                          const char* name, uint32_t kind) {
+  MwString name_text{nameLength, name};
+  SIM_VOID(broadcast, &name_text, kind);
+  std::string event = sim::Text(&name_text);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  auto b = Instance(broadcast);
+  if (!b) return;
+  auto& regs = b->registrations;
+  regs.erase(std::remove_if(regs.begin(), regs.end(),
+                            [&](const Registration& r) { return r.name == event && r.kind == kind; }),
+             regs.end());
+}
+
+MwHandle MwBroadcastRecordNow(MwHandle broadcast, int32_t durationSeconds) {
+  SIM_CALL(MwHandle, broadcast, durationSeconds);
+  std::string id;
+  {
+    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+    auto b = Instance(broadcast);
+    if (!b) return 0;
+    b->state.recording_state = 1;
+    id = "rec-" + std::to_string(g_next_recording++);
+  }
+  if (sim::AutoEvents())
+    Later(broadcast, [broadcast, id] {
+      SIM_EMIT(Broadcast_onRecordingEvent, broadcast, int32_t{1}, int32_t{0}, sim::NewStringHandle(id));
+    });
+  return sim::NewStringHandle(id);
+}
+
+void MwBroadcastStopRecording(MwHandle broadcast) {
+  SIM_VOID(broadcast);
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  if (auto b = Instance(broadcast)) b->state.recording_state = 0;
+}
+
+}  // extern "C"
