@@ -1,0 +1,79 @@
+#include "sim_fixture.h"
+
+#include <mutex>
+#include <thread>
+
+namespace simtest {
+namespace {
+
+std::mutex g_mu;
+std::vector<Event> g_events;
+std::thread::id g_test_thread;
+
+void Record(const char* name, std::vector<int64_t> args) {
+  std::lock_guard<std::mutex> lock(g_mu);
+  g_events.push_back({name, std::move(args), std::this_thread::get_id() == g_test_thread});
+}
+
+// Each entry takes what the event hands over, as the plug-in does.
+const MwEventCallbacks kTable = [] {
+  MwEventCallbacks t{};
+  t.SearchManager_onMetadataSearch = [](MwHandle manager, MwHandle search, int32_t state) {
+    Record("SearchManager_onMetadataSearch", {manager, search, state});
+    MwObjectRelease(search);
+  };
+  t.AVControl_onPlayStateChange = [](MwHandle player) { Record("AVControl_onPlayStateChange", {player}); };
+  t.AVControl_onFullScreenChange = [](MwHandle player) { Record("AVControl_onFullScreenChange", {player}); };
+  t.AVControl_onPlayPositionChanged = [](MwHandle player, int32_t position) {
+    Record("AVControl_onPlayPositionChanged", {player, position});
+  };
+  t.AVControl_onDRMRightsError = [](MwHandle player, int32_t state, MwHandle content, MwHandle system,
+                                    MwHandle issuer) {
+    Record("AVControl_onDRMRightsError", {player, state, content, system, issuer});
+    for (MwHandle h : {content, system, issuer})
+      if (h) MwObjectRelease(h);
+  };
+  t.LocalSystem_onPvrStatusChange = [](MwHandle local, int32_t status) {
+    Record("LocalSystem_onPvrStatusChange", {local, status});
+  };
+  t.NetworkInterface_onNetworkStatusChange = [](MwHandle nif, int32_t status) {
+    Record("NetworkInterface_onNetworkStatusChange", {nif, status});
+  };
+  return t;
+}();
+
+}  // namespace
+
+std::vector<Event> Events() {
+  std::lock_guard<std::mutex> lock(g_mu);
+  return g_events;
+}
+
+void ClearEvents() {
+  std::lock_guard<std::mutex> lock(g_mu);
+  g_events.clear();
+}
+
+std::string Take(MwHandle string) {
+  if (!string) return "<null>";
+  std::string text(MwStringGetSize(string), '\0');
+  MwStringCopyTo(string, &text[0]);
+  MwObjectRelease(string);
+  if (!text.empty()) text.pop_back();  // the terminator
+  return text;
+}
+
+void SimTest::SetUp() {
+  g_test_thread = std::this_thread::get_id();
+  sim::Reset();
+  MwRegisterEventCallbacks(&kTable);
+  ClearEvents();
+}
+
+void SimTest::TearDown() {
+  sim::WaitIdle();
+  EXPECT_EQ(sim::HeldHandles(), 0u) << sim::HeldHandlesReport();
+  EXPECT_EQ(sim::ReleaseErrors(), 0u);
+}
+
+}  // namespace simtest
