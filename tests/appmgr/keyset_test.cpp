@@ -1,0 +1,146 @@
+// Private data (keyset, current channel, free memory) and keysets.
+#include <gtest/gtest.h>
+
+#include "appmgr_fixture.h"
+#include "sim/receiver.h"
+
+namespace {
+
+class PrivateDataTest : public AppMgrTest {
+ protected:
+  void SetUp() override {
+    AppMgrTest::SetUp();
+    OpenManager();
+    app_ = OwnerApp();
+    ASSERT_NE(nullptr, app_);
+    ASSERT_TRUE(Read(app_, "privateData"));
+    data_ = Take();
+    ASSERT_NE(nullptr, data_);
+  }
+  void TearDown() override {
+    Drop(data_);
+    Drop(app_);
+    AppMgrTest::TearDown();
+  }
+  NPObject* NewKeyset() {
+    EXPECT_TRUE(Read(data_, "keyset"));
+    return Take();
+  }
+  int32_t IntOf(const char* name, NPObject* o) {
+    EXPECT_TRUE(Read(o, name)) << name;
+    EXPECT_EQ(NPVariantType_Int32, result_.type) << name;
+    return result_.value.intValue;
+  }
+  NPObject* app_ = nullptr;
+  NPObject* data_ = nullptr;
+};
+
+TEST_F(PrivateDataTest, FreeMemoryAndCurrentChannel) {
+  {
+    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+    sim::Rx().free_memory = 12345678;
+  }
+  EXPECT_TRUE(Call(data_, "getFreeMem", {host::Int(1), host::Int(2)}));
+  ASSERT_EQ(NPVariantType_Int32, result_.type);
+  EXPECT_EQ(12345678, result_.value.intValue);
+
+  EXPECT_TRUE(Read(data_, "currentChannel"));
+  NPObject* channel = Take();
+  ASSERT_NE(nullptr, channel);
+  Drop(channel);
+
+  // Nothing presented: a failed read, not a null value.
+  sim::PresentNothing();
+  EXPECT_FALSE(Read(data_, "currentChannel"));
+  EXPECT_EQ(NPVariantType_Null, result_.type);
+  EXPECT_FALSE(host::Set(npp_, data_, "keyset", host::Null()));
+  EXPECT_FALSE(Call(data_, "getKeyset"));
+}
+
+TEST_F(PrivateDataTest, KeysetConstantsAndMasks) {
+  NPObject* keys = NewKeyset();
+  ASSERT_NE(nullptr, keys);
+  const char* groups[] = {"RED", "GREEN",  "YELLOW",  "BLUE",  "NAVIGATION", "VCR",
+                          "SCROLL", "INFO", "NUMERIC", "ALPHA", "OTHER"};
+  for (int i = 0; i < 11; i++) EXPECT_EQ(1 << i, IntOf(groups[i], keys)) << groups[i];
+  EXPECT_EQ(17, IntOf("RED", keys) | IntOf("NAVIGATION", keys));
+  int32_t remote;
+  {
+    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+    remote = sim::Rx().key_groups;
+  }
+  EXPECT_EQ(remote, IntOf("maximumValue", keys));
+  EXPECT_EQ(0, IntOf("value", keys));
+
+  // The grant may be smaller than the request.
+  {
+    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+    sim::Rx().key_groups = 0x13;  // RED, GREEN, NAVIGATION
+  }
+  EXPECT_TRUE(Call(keys, "setValue", {host::Int(0x1f)}));
+  EXPECT_EQ(0x13, result_.value.intValue);
+  EXPECT_EQ(0x13, IntOf("value", keys));
+
+  // Numbers are truncated toward zero; other values request nothing.
+  EXPECT_TRUE(Call(keys, "setValue", {host::Double(3.9)}));
+  EXPECT_EQ("3", sim::CallsTo("MwKeysetSetValue").back().args[1]);
+  EXPECT_EQ(3, result_.value.intValue);
+  EXPECT_TRUE(Call(keys, "setValue", {host::Double(-1.5)}));
+  EXPECT_EQ("-1", sim::CallsTo("MwKeysetSetValue").back().args[1]);
+  EXPECT_TRUE(Call(keys, "setValue", {host::Str("17")}));
+  EXPECT_EQ("0", sim::CallsTo("MwKeysetSetValue").back().args[1]);
+  EXPECT_TRUE(Call(keys, "setValue"));
+  EXPECT_EQ("0", sim::CallsTo("MwKeysetSetValue").back().args[1]);
+
+  // value only changes through setValue.
+  EXPECT_TRUE(Call(keys, "setValue", {host::Int(1)}));
+  EXPECT_FALSE(host::Set(npp_, keys, "value", host::Int(2)));
+  EXPECT_EQ(1, IntOf("value", keys));
+  EXPECT_FALSE(Call(keys, "getValue"));
+  EXPECT_FALSE(Read(keys, "PINK"));
+  Drop(keys);
+}
+
+TEST_F(PrivateDataTest, OtherKeysIsAScriptArray) {
+  {
+    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+    sim::Rx().other_keys = {0x1cd, 0x1ce, -7};
+  }
+  NPObject* keys = NewKeyset();
+  ASSERT_TRUE(Read(keys, "otherKeys"));
+  ASSERT_EQ(NPVariantType_Object, result_.type);
+  EXPECT_EQ((std::vector<int32_t>{0x1cd, 0x1ce, -7}), host::ArrayValues(result_.value.objectValue));
+  {
+    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+    sim::Rx().other_keys.clear();
+  }
+  ASSERT_TRUE(Read(keys, "otherKeys"));
+  ASSERT_EQ(NPVariantType_Object, result_.type);  // empty, not null
+  EXPECT_TRUE(host::ArrayValues(result_.value.objectValue).empty());
+  Drop(keys);
+}
+
+TEST_F(PrivateDataTest, KeysetFailures) {
+  // Each read makes a new keyset over a new handle.
+  NPObject* a = NewKeyset();
+  NPObject* b = NewKeyset();
+  ASSERT_TRUE(a && b);
+  EXPECT_NE(a, b);
+  Drop(a);
+  Drop(b);
+
+  sim::Force("MwPrivateDataGetKeyset", 0);
+  EXPECT_FALSE(Read(data_, "keyset"));
+  EXPECT_EQ(NPVariantType_Null, result_.type);
+  sim::Unforce("MwPrivateDataGetKeyset");
+
+  // No memory for the keyset or the channel object: a failed read, handles given back.
+  host::FailRecordAllocation(1);
+  EXPECT_FALSE(Read(data_, "keyset"));
+  host::FailRecordAllocation(1);
+  EXPECT_FALSE(Read(data_, "currentChannel"));
+  host::FailAllocation(1);
+  EXPECT_FALSE(Read(data_, "keyset"));
+}
+
+}  // namespace
