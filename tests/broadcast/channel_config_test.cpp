@@ -1,0 +1,167 @@
+// The channel configuration over the simulator's default line-up: its
+// channel list and genres as collections, and their lifetimes.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "broadcast/channel.h"
+#include "broadcast/channel_config.h"
+#include "host/fixture.h"
+#include "sim/channel_sim.h"
+#include "sim/sim.h"
+
+namespace {
+
+struct Expected {
+  const char* name;
+  const char* ccid;
+  int32_t onid, tsid, sid;
+};
+const Expected kLineUp[] = {
+    {"Orvane One", "ccid:dvbt.1", 8468, 4100, 4164},
+    {"Orvane Two", "ccid:dvbt.2", 8468, 4100, 4228},
+    {"Orvane News", "ccid:dvbt.3", 8468, 4101, 4287},
+    {"Orvane Radio", "ccid:dvbt.4", 8468, 4102, 4352},
+};
+
+class ChannelConfigTest : public OrvaneTest {
+ protected:
+  void SetUp() override {
+    OrvaneTest::SetUp();
+    npp_ = host::NewInstance(host::NewPage());
+  }
+  NPObject* Collection(NPObject* o, const char* name) {
+    NPVariant v = host::Void();
+    EXPECT_TRUE(host::Get(npp_, o, name, &v)) << name;
+    EXPECT_EQ(NPVariantType_Object, v.type) << name;
+    return v.type == NPVariantType_Object ? v.value.objectValue : nullptr;
+  }
+  NPVariant Call(NPObject* o, const char* method, std::vector<NPVariant> args) {
+    NPVariant r = host::Void();
+    EXPECT_TRUE(host::Invoke(npp_, o, method, args, &r)) << method;
+    return r;
+  }
+  int32_t Int(NPObject* o, const char* name) {
+    NPVariant v = host::Void();
+    EXPECT_TRUE(host::Get(npp_, o, name, &v)) << name;
+    return v.type == NPVariantType_Int32 ? v.value.intValue : -99999;
+  }
+  std::string Text(NPObject* o, const char* name) {
+    NPVariant v = host::Void();
+    EXPECT_TRUE(host::Get(npp_, o, name, &v)) << name;
+    std::string s = host::AsString(v);
+    host::Release(&v);
+    return s;
+  }
+  std::string Text(NPVariant v) {
+    std::string s = host::AsString(v);
+    host::Release(&v);
+    return s;
+  }
+  void ExpectChannel(NPVariant v, const Expected& e) {
+    ASSERT_EQ(NPVariantType_Object, v.type) << e.name;
+    NPObject* ch = v.value.objectValue;
+    EXPECT_EQ(e.name, Text(ch, "name"));
+    EXPECT_EQ(e.ccid, Text(ch, "ccid"));
+    EXPECT_EQ(e.onid, Int(ch, "onid"));
+    EXPECT_EQ(e.tsid, Int(ch, "tsid"));
+    EXPECT_EQ(e.sid, Int(ch, "sid"));
+    host::Release(&v);
+  }
+  static void Drop(NPObject* o) { host::Funcs()->releaseobject(o); }
+  NPP npp_ = nullptr;
+};
+
+TEST_F(ChannelConfigTest, ReadsTheDefaultLineUpAndGenres) {
+  NPObject* config = ChannelConfigCreate(npp_, sim::NewChannelConfig());
+  ASSERT_NE(nullptr, config);
+
+  NPObject* list = Collection(config, "channelList");
+  ASSERT_NE(nullptr, list);
+  ASSERT_EQ(4, Int(list, "length"));
+  for (int32_t i = 0; i < 4; i++) ExpectChannel(Call(list, "item", {host::Int(i)}), kLineUp[i]);
+
+  ExpectChannel(Call(list, "getChannel", {host::Str("ccid:dvbt.3")}), kLineUp[2]);
+  NPVariant none = Call(list, "getChannel", {host::Str("ccid:dvbt.9")});
+  EXPECT_EQ(NPVariantType_Null, none.type);
+  ExpectChannel(Call(list, "getChannelByTriplet", {host::Int(8468), host::Int(4102), host::Int(4352)}),
+                kLineUp[3]);
+  ExpectChannel(Call(list, "getChannelByTriplet", {host::Double(8468), host::Null(), host::Int(4228)}),
+                kLineUp[1]);
+  none = Call(list, "getChannelByTriplet", {host::Int(8468), host::Int(4101), host::Int(4228)});
+  EXPECT_EQ(NPVariantType_Null, none.type);
+
+  NPObject* genres = Collection(config, "genres");
+  ASSERT_NE(nullptr, genres);
+  ASSERT_EQ(4, Int(genres, "length"));
+  const char* expected[] = {"Drama", "Comedy", "News", "Music"};
+  for (int32_t i = 0; i < 4; i++) EXPECT_EQ(expected[i], Text(Call(genres, "item", {host::Int(i)})));
+  NPVariant past = Call(genres, "item", {host::Int(4)});
+  EXPECT_EQ(NPVariantType_Void, past.type);
+
+  Drop(genres);
+  Drop(list);
+  Drop(config);
+  EXPECT_EQ(0u, host::LivePluginObjects());
+  EXPECT_EQ(0u, host::LiveRecords());
+  EXPECT_EQ(0u, sim::HeldHandles()) << sim::HeldHandlesReport();
+}
+
+TEST_F(ChannelConfigTest, CollectionsOutliveTheConfiguration) {
+  NPObject* config = ChannelConfigCreate(npp_, sim::NewChannelConfig());
+  NPObject* a = Collection(config, "channelList");
+  NPObject* b = Collection(config, "channelList");
+  EXPECT_NE(a, b) << "every read is a new collection";
+  EXPECT_EQ(2u, sim::CountCalls("MwChannelConfigGetChannelList"));
+  NPObject* genres = Collection(config, "genres");
+  Drop(config);
+  EXPECT_EQ(1u, sim::CountCalls("MwObjectRelease")) << "only the configuration went";
+
+  EXPECT_EQ(4, Int(a, "length"));
+  ExpectChannel(Call(b, "getChannel", {host::Str("ccid:dvbt.1")}), kLineUp[0]);
+  EXPECT_EQ("News", Text(Call(genres, "item", {host::Int(2)})));
+  for (NPObject* o : {a, b, genres}) Drop(o);
+}
+
+TEST_F(ChannelConfigTest, MissingHandlesAndListsAndLookups) {
+  MwHandle handle = sim::NewChannelConfig();
+  NPObject* config = ChannelConfigCreate(npp_, handle);
+  NPObject* second = ChannelConfigCreate(npp_, sim::Ref(handle));
+  EXPECT_NE(config, second) << "no sharing for configurations";
+  EXPECT_EQ(second, ChannelConfigFindNPAPIObj(handle)) << "the newest first";
+  EXPECT_EQ(nullptr, ChannelConfigFindNPAPIObj(handle + 1000));
+  ChannelConfigRecord* record = FindChanconfigHandle(config);
+  ASSERT_NE(nullptr, record);
+  EXPECT_EQ(handle, record->handle);
+  EXPECT_EQ(npp_, record->instance);
+  EXPECT_EQ(nullptr, FindChanconfigHandle(nullptr));
+  ChannelConfigRecord stranger{nullptr, 0, nullptr, nullptr};
+  FreeChanconfigHandle(&stranger);  // not on the list: left alone
+  FreeChanconfigHandle(nullptr);
+
+  NPVariant v = host::Int(7);
+  sim::Force("MwChannelConfigGetChannelList", 0);
+  EXPECT_FALSE(host::Get(npp_, config, "channelList", &v));
+  EXPECT_EQ(NPVariantType_Null, v.type);
+  host::FailRecordAllocation(1);
+  EXPECT_FALSE(host::Get(npp_, config, "genres", &v)) << "no collection could be made";
+  EXPECT_EQ(NPVariantType_Null, v.type);
+  EXPECT_FALSE(host::Get(npp_, config, "channels", &v));
+  EXPECT_FALSE(host::Set(npp_, config, "genres", host::Null()));
+  EXPECT_TRUE(config->_class->hasProperty(config, host::Id("genres")));
+  EXPECT_FALSE(config->_class->hasProperty(config, host::Id("length")));
+  EXPECT_FALSE(config->_class->hasMethod(config, host::Id("genres")));
+  EXPECT_FALSE(config->_class->invokeDefault(config, nullptr, 0, &v));
+  EXPECT_FALSE(config->_class->enumerate(config, nullptr, nullptr));
+
+  // A configuration without a handle answers nothing and touches nothing.
+  NPObject* empty = ChannelConfigCreate(npp_, 0);
+  v = host::Int(7);
+  EXPECT_FALSE(empty->_class->getProperty(empty, host::Id("channelList"), &v));
+  EXPECT_EQ(NPVariantType_Int32, v.type);
+  for (NPObject* o : {config, second, empty}) Drop(o);
+  EXPECT_EQ(0, sim::RefsOf(handle));
+}
+
+}  // namespace

@@ -1,0 +1,140 @@
+// Channel objects: one object per channel handle, handle ownership, the
+// property table over the simulated receiver's channels.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "broadcast/channel.h"
+#include "host/fixture.h"
+#include "sim/receiver.h"
+#include "sim/sim.h"
+
+namespace {
+
+class ChannelTest : public OrvaneTest {
+ protected:
+  void SetUp() override {
+    OrvaneTest::SetUp();
+    npp_ = host::NewInstance(host::NewPage());
+    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+    first_ = sim::Rx().channels[0];
+  }
+  NPVariant Read(NPObject* o, const char* name) {
+    NPVariant v = host::Void();
+    EXPECT_TRUE(host::Get(npp_, o, name, &v)) << name;
+    return v;
+  }
+  int32_t Int(NPObject* o, const char* name) {
+    NPVariant v = Read(o, name);
+    EXPECT_EQ(NPVariantType_Int32, v.type) << name;
+    return v.value.intValue;
+  }
+  bool Bool(NPObject* o, const char* name) {
+    NPVariant v = Read(o, name);
+    EXPECT_EQ(NPVariantType_Bool, v.type) << name;
+    return v.value.boolValue;
+  }
+  std::string Text(NPObject* o, const char* name) {
+    NPVariant v = Read(o, name);
+    EXPECT_EQ(NPVariantType_String, v.type) << name;
+    std::string s = host::AsString(v);
+    host::Release(&v);
+    return s;
+  }
+  static void Drop(NPObject* o) { host::Funcs()->releaseobject(o); }
+  NPP npp_ = nullptr;
+  MwHandle first_ = 0;
+};
+
+TEST_F(ChannelTest, SecondCreateSharesTheObjectAndGivesItsHandleBack) {
+  NPObject* a = ChannelCreate(npp_, sim::Ref(first_));
+  NPObject* b = ChannelCreate(npp_, sim::Ref(first_));
+  ASSERT_NE(nullptr, a);
+  EXPECT_EQ(a, b);
+  EXPECT_EQ(2u, host::RefCount(a));
+  EXPECT_EQ(1, sim::RefsOf(first_)) << "the second reference was released at once";
+  EXPECT_EQ(1u, sim::CountCalls("MwObjectRelease"));
+  EXPECT_EQ(first_, ChannelGetHandle(a));
+
+  Drop(b);
+  EXPECT_EQ(1, sim::RefsOf(first_));
+  Drop(a);
+  EXPECT_EQ(0, sim::RefsOf(first_)) << "deallocation releases the channel";
+  EXPECT_EQ(0u, host::LiveRecords());
+
+  // After that, the handle gets a fresh object.
+  NPObject* c = ChannelCreate(npp_, sim::Ref(first_));
+  ASSERT_NE(nullptr, c);
+  EXPECT_EQ(1u, host::RefCount(c));
+  Drop(c);
+}
+
+TEST_F(ChannelTest, PropertiesAnswerFromTheMiddleware) {
+  NPObject* ch = ChannelCreate(npp_, sim::Ref(first_));
+  ASSERT_NE(nullptr, ch);
+  EXPECT_EQ(0, Int(ch, "TYPE_TV"));
+  EXPECT_EQ(1, Int(ch, "TYPE_RADIO"));
+  EXPECT_EQ(2, Int(ch, "TYPE_OTHER"));
+  EXPECT_EQ(256, Int(ch, "TYPE_HBBTV_DATA"));
+  EXPECT_EQ(0, Int(ch, "channelType"));
+  EXPECT_EQ("ccid:dvbt.1", Text(ch, "ccid"));
+  EXPECT_EQ("dsd:8468.4100", Text(ch, "dsd"));
+  EXPECT_EQ(8468, Int(ch, "onid"));
+  EXPECT_EQ(4100, Int(ch, "tsid"));
+  EXPECT_EQ(4164, Int(ch, "sid"));
+  EXPECT_EQ("Orvane One", Text(ch, "name"));
+  EXPECT_EQ("One", Text(ch, "shortName"));
+  EXPECT_EQ(12339, Int(ch, "nid"));
+  EXPECT_EQ(1, Int(ch, "majorChannel"));
+  EXPECT_FALSE(Bool(ch, "locked"));
+  EXPECT_TRUE(Bool(ch, "runningStatus"));
+  EXPECT_FALSE(Bool(ch, "hidden"));
+  EXPECT_EQ(0, Int(ch, "opalChannelType"));
+  EXPECT_EQ(0, Int(ch, "freesatServiceID"));
+
+  // Flags are booleans of "non-zero"; the running status is no DVB code.
+  sim::Force("MwChannelGetRunningStatus", 4);
+  sim::Force("MwChannelIsLocked", 2);
+  EXPECT_TRUE(Bool(ch, "runningStatus"));
+  EXPECT_TRUE(Bool(ch, "locked"));
+
+  NPVariant v = host::Void();
+  sim::Force("MwChannelGetMajorChannel", -1);
+  EXPECT_FALSE(host::Get(npp_, ch, "majorChannel", &v)) << "no major channel: the read fails";
+  sim::ForceString("MwChannelGetName", nullptr);
+  v = Read(ch, "name");
+  EXPECT_EQ(NPVariantType_Null, v.type);
+
+  EXPECT_FALSE(host::Get(npp_, ch, "frequency", &v));
+  EXPECT_FALSE(host::Set(npp_, ch, "name", host::Str("x")));
+  EXPECT_TRUE(ch->_class->hasProperty(ch, host::Id("freesatServiceID")));
+  EXPECT_FALSE(ch->_class->hasProperty(ch, host::Id("frequency")));
+  EXPECT_FALSE(ch->_class->hasMethod(ch, host::Id("name")));
+  EXPECT_FALSE(host::Invoke(npp_, ch, "name", {}, &v));
+  Drop(ch);
+}
+
+TEST_F(ChannelTest, HandleOfAnythingElseIsZero) {
+  EXPECT_EQ(0u, ChannelGetHandle(nullptr));
+  host::Page* page = host::PageOf(npp_);
+  EXPECT_EQ(0u, ChannelGetHandle(host::Window(page)));
+  // An object without a handle reads nothing.
+  NPObject* empty = ChannelCreate(npp_, 0);
+  ASSERT_NE(nullptr, empty);
+  EXPECT_EQ(0u, ChannelGetHandle(empty));
+  NPVariant v = host::Void();
+  EXPECT_FALSE(host::Get(npp_, empty, "TYPE_TV", &v));
+  Drop(empty);
+}
+
+TEST_F(ChannelTest, CreationFailuresReleaseTheHandle) {
+  host::FailRecordAllocation(1);
+  EXPECT_EQ(nullptr, ChannelCreate(npp_, sim::Ref(first_)));
+  EXPECT_EQ(0, sim::RefsOf(first_));
+  host::FailAllocation(1);
+  EXPECT_EQ(nullptr, ChannelCreate(npp_, sim::Ref(first_)));
+  EXPECT_EQ(0, sim::RefsOf(first_));
+  EXPECT_EQ(0u, host::LiveRecords());
+}
+
+}  // namespace

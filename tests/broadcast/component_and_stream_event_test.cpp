@@ -1,0 +1,181 @@
+// AV component objects over the receiver's components, and stream event
+// objects as self-contained copies of an event.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "broadcast/av_component.h"
+#include "broadcast/stream_event.h"
+#include "host/fixture.h"
+#include "middleware/types.h"
+#include "sim/receiver.h"
+#include "sim/sim.h"
+
+namespace {
+
+class ComponentTest : public OrvaneTest {
+ protected:
+  void SetUp() override {
+    OrvaneTest::SetUp();
+    npp_ = host::NewInstance(host::NewPage());
+    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+    parts_ = sim::Find<sim::ChannelObject>(sim::Rx().channels[0])->components;
+  }
+  NPVariant Read(NPObject* o, const char* name) {
+    NPVariant v = host::Void();
+    EXPECT_TRUE(host::Get(npp_, o, name, &v)) << name;
+    return v;
+  }
+  std::string Text(NPObject* o, const char* name) {
+    NPVariant v = Read(o, name);
+    std::string s = host::AsString(v);
+    host::Release(&v);
+    return s;
+  }
+  static void Drop(NPObject* o) { host::Funcs()->releaseobject(o); }
+  NPP npp_ = nullptr;
+  std::vector<MwHandle> parts_;  // video, audio eng, audio deu, subtitle
+};
+
+TEST_F(ComponentTest, PropertiesOfAudioAndVideoComponents) {
+  NPObject* audio = AVComponentCreate(npp_, sim::Ref(parts_[1]));
+  NPObject* video = AVComponentCreate(npp_, sim::Ref(parts_[0]));
+  ASSERT_TRUE(audio && video);
+  EXPECT_EQ(2, Read(audio, "componentTag").value.intValue);
+  EXPECT_EQ(102, Read(audio, "pid").value.intValue);
+  EXPECT_EQ(1, Read(audio, "type").value.intValue);
+  EXPECT_EQ("audio/mpeg", Text(audio, "encoding"));
+  EXPECT_EQ("eng", Text(audio, "language"));
+  EXPECT_EQ(2, Read(audio, "audioChannels").value.intValue);
+  NPVariant v = Read(audio, "encrypted");
+  EXPECT_EQ(NPVariantType_Bool, v.type);
+  EXPECT_FALSE(v.value.boolValue);
+  v = Read(video, "aspectRatio");
+  ASSERT_EQ(NPVariantType_Double, v.type);
+  EXPECT_NEAR(1.78, v.value.doubleValue, 1e-6);
+  v = Read(video, "language");
+  EXPECT_EQ(NPVariantType_Null, v.type) << "an empty language is no string";
+
+  EXPECT_FALSE(host::Get(npp_, audio, "bitrate", &v));
+  EXPECT_FALSE(host::Set(npp_, audio, "pid", host::Int(1)));
+  EXPECT_TRUE(audio->_class->hasProperty(audio, host::Id("hearingImpaired")));
+  EXPECT_FALSE(audio->_class->hasMethod(audio, host::Id("pid")));
+  Drop(audio);
+  Drop(video);
+}
+
+TEST_F(ComponentTest, NoTagFailsTheReadAndFlagsAreTrueOnlyForOne) {
+  NPObject* c = AVComponentCreate(npp_, sim::Ref(parts_[3]));
+  sim::Force("MwComponentGetTag", -1);
+  NPVariant v = host::Void();
+  EXPECT_FALSE(host::Get(npp_, c, "componentTag", &v));
+  EXPECT_EQ(104, Read(c, "pid").value.intValue);
+  EXPECT_EQ(2, Read(c, "type").value.intValue);
+
+  const char* flags[] = {"encrypted", "audioDescription", "hearingImpaired"};
+  const char* ops[] = {"MwComponentIsEncrypted", "MwComponentHasAudioDescription",
+                       "MwComponentIsHearingImpaired"};
+  for (int i = 0; i < 3; i++) {
+    sim::Force(ops[i], 2);
+    EXPECT_FALSE(Read(c, flags[i]).value.boolValue) << flags[i];
+    sim::Force(ops[i], 1);
+    EXPECT_TRUE(Read(c, flags[i]).value.boolValue) << flags[i];
+  }
+  Drop(c);
+}
+
+TEST_F(ComponentTest, EveryCreateIsANewObjectOwningItsHandle) {
+  NPObject* a = AVComponentCreate(npp_, sim::Ref(parts_[2]));
+  NPObject* b = AVComponentCreate(npp_, sim::Ref(parts_[2]));
+  EXPECT_NE(a, b);
+  EXPECT_EQ(parts_[2], AVComponentGetHandle(a));
+  EXPECT_EQ(parts_[2], AVComponentGetHandle(b));
+  EXPECT_EQ(2, sim::RefsOf(parts_[2]));
+  EXPECT_EQ(0u, AVComponentGetHandle(nullptr));
+  EXPECT_EQ(0u, AVComponentGetHandle(host::Window(host::PageOf(npp_))));
+  Drop(a);
+  EXPECT_EQ(1, sim::RefsOf(parts_[2]));
+  Drop(b);
+  EXPECT_EQ(0, sim::RefsOf(parts_[2]));
+
+  // A failed creation leaves the handle with the caller.
+  MwHandle h = sim::Ref(parts_[2]);
+  host::FailRecordAllocation(1);
+  EXPECT_EQ(nullptr, AVComponentCreate(npp_, h));
+  host::FailAllocation(1);
+  EXPECT_EQ(nullptr, AVComponentCreate(npp_, h));
+  EXPECT_EQ(1, sim::RefsOf(parts_[2]));
+  EXPECT_EQ(0u, host::LiveRecords());
+  MwObjectRelease(h);
+}
+
+class StreamEventTest : public OrvaneTest {
+ protected:
+  void SetUp() override {
+    OrvaneTest::SetUp();
+    npp_ = host::NewInstance(host::NewPage());
+    SEventInit();
+  }
+  NPVariant Read(NPObject* o, const char* name) {
+    NPVariant v = host::Void();
+    EXPECT_TRUE(host::Get(npp_, o, name, &v)) << name;
+    return v;
+  }
+  std::string Text(NPObject* o, const char* name) {
+    NPVariant v = Read(o, name);
+    std::string s = host::AsString(v);
+    host::Release(&v);
+    return s;
+  }
+  static void Drop(NPObject* o) { host::Funcs()->releaseobject(o); }
+  NPP npp_ = nullptr;
+};
+
+TEST_F(StreamEventTest, HoldsItsOwnCopyOfTheEvent) {
+  std::string name = "chapter", data = "0a0b", text = "Chapter two";
+  MwStreamEvent e{static_cast<uint32_t>(name.size()), name.data(), static_cast<uint32_t>(data.size()),
+                  data.data(), static_cast<uint32_t>(text.size()), text.data(), 1};
+  NPObject* o = SEventCreate(npp_, &e);
+  ASSERT_NE(nullptr, o);
+  name.assign(name.size(), 'x');
+  data.assign(data.size(), 'x');
+  text.assign(text.size(), 'x');
+  EXPECT_EQ("chapter", Text(o, "name"));
+  EXPECT_EQ("0a0b", Text(o, "data"));
+  EXPECT_EQ("Chapter two", Text(o, "text"));
+  EXPECT_EQ("trigger", Text(o, "status"));
+  NPVariant v = host::Void();
+  EXPECT_FALSE(host::Get(npp_, o, "type", &v));
+  EXPECT_FALSE(host::Set(npp_, o, "name", host::Str("y")));
+  EXPECT_FALSE(o->_class->hasMethod(o, host::Id("name")));
+  Drop(o);
+}
+
+TEST_F(StreamEventTest, AnyStatusButOneIsAnErrorAndEmptyTextsAreNull) {
+  const char bytes[] = "abc";
+  for (uint32_t status : {0u, 2u, 0xffffffffu}) {
+    MwStreamEvent e{3, bytes, 0, nullptr, 0, bytes, status};
+    NPObject* o = SEventCreate(npp_, &e);
+    ASSERT_NE(nullptr, o);
+    EXPECT_EQ("error", Text(o, "status")) << status;
+    EXPECT_EQ("abc", Text(o, "name"));
+    // Empty texts come out as Null, as every empty text the plug-in converts.
+    EXPECT_EQ(NPVariantType_Null, Read(o, "data").type);
+    EXPECT_EQ(NPVariantType_Null, Read(o, "text").type);
+    Drop(o);
+  }
+}
+
+TEST_F(StreamEventTest, FailuresLeaveNothingBehind) {
+  const char bytes[] = "abc";
+  MwStreamEvent e{3, bytes, 3, bytes, 3, bytes, 1};
+  host::FailRecordAllocation(1);
+  EXPECT_EQ(nullptr, SEventCreate(npp_, &e));
+  host::FailAllocation(1);
+  EXPECT_EQ(nullptr, SEventCreate(npp_, &e));
+  EXPECT_EQ(nullptr, SEventCreate(npp_, nullptr));
+  EXPECT_EQ(0u, host::LiveRecords());
+}
+
+}  // namespace
