@@ -1,5 +1,6 @@
 // The middleware's way back into the plug-in.
 #include "appmgr/application_manager.h"
+#include "broadcast/broadcast.h"
 #include "drm/drm_agent.h"
 #include "plugin/entry.h"
 
@@ -12,19 +13,19 @@ extern const MwEventCallbacks g_plugin_callbacks = {
     nullptr,  // AVControl_onPlayPositionChanged
     nullptr,  // AVControl_onSelectedComponentChanged
     nullptr,  // AVControl_onDRMRightsError
-    nullptr,  // Broadcast_onFullScreenChange
-    nullptr,  // Broadcast_onChannelChangeError
-    nullptr,  // Broadcast_onChannelChangeSucceeded
-    nullptr,  // Broadcast_onPlayStateChange
-    nullptr,  // Broadcast_onProgrammesChanged
-    nullptr,  // Broadcast_onParentalRatingChange
-    nullptr,  // Broadcast_onParentalRatingError
-    nullptr,  // Broadcast_onSelectedComponentChanged
-    nullptr,  // Broadcast_onStreamEvent
-    nullptr,  // Broadcast_onRecordingEvent
-    nullptr,  // Broadcast_onPlaySpeedChanged
-    nullptr,  // Broadcast_onPlayPositionChanged
-    nullptr,  // Broadcast_onDRMRightsError
+    Broadcast_onFullScreenChange,
+    Broadcast_onChannelChangeError,
+    Broadcast_onChannelChangeSucceeded,
+    Broadcast_onPlayStateChange,
+    Broadcast_onProgrammesChanged,
+    Broadcast_onParentalRatingChange,
+    Broadcast_onParentalRatingError,
+    Broadcast_onSelectedComponentChanged,
+    Broadcast_onStreamEvent,
+    Broadcast_onRecordingEvent,
+    Broadcast_onPlaySpeedChanged,
+    Broadcast_onPlayPositionChanged,
+    Broadcast_onDRMRightsError,
     nullptr,  // LocalSystem_onPvrStatusChange
     nullptr,  // NetworkInterface_onNetworkStatusChange
     DrmAgent_onDRMMessageResult,

@@ -1,3 +1,7 @@
 #include "plugin/init.h"
 
-void InitialiseKinds() {}
+#include "broadcast/broadcast.h"
+
+void InitialiseKinds() {
+  BroadcastInit();
+}
