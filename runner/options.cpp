@@ -1,0 +1,76 @@
+#include "runner/options.h"
+
+#include <QCommandLineParser>
+#include <QFileInfo>
+#include <QUrl>
+
+bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
+  QCommandLineParser p;
+  p.setApplicationDescription(
+      "Runs an HbbTV application in QtWebKit with the Orvane plug-in and the receiver simulator\n"
+      "as its middleware, printing every middleware call, event and console message.");
+  p.addHelpOption();
+  p.addPositionalArgument("application", "An HTML page, an http://127.0.0.1 URL or an XML AIT file (.xml, .ait, .aitx).");
+  QCommandLineOption receiver({"r", "receiver"}, "Receiver description (JSON); default: the built-in receiver.", "file");
+  QCommandLineOption keys({"k", "keys"}, "Keys to press, comma-separated: VK_RED, VK_LEFT, 0-9, VK_ENTER, wait:MS ...", "list");
+  QCommandLineOption key_start("key-start", "Milliseconds after the page loaded before the first key (500).", "ms");
+  QCommandLineOption key_interval("key-interval", "Milliseconds between keys (250).", "ms");
+  QCommandLineOption screenshot({"s", "screenshot"}, "PNG file of the screen written when the run ends.", "file");
+  QCommandLineOption timeout({"t", "timeout"}, "End the run after this many seconds (10; 0: never).", "seconds");
+  QCommandLineOption stop_on("stop-on", "End the run when a console message contains this text (repeatable).", "text");
+  QCommandLineOption result("result", "The page reports on the console a line beginning PASS or FAIL; the run ends there, "
+                                      "and its exit code is 0 for PASS, 1 for FAIL, 2 when neither came in time.");
+  QCommandLineOption calls("calls", "Middleware calls and events printed: all, app (all but string and list reading "
+                                    "and handle releases; the default) or none.", "which");
+  QCommandLineOption plugin("plugin", "The plug-in library (default: libnporvane.so of this build).", "file");
+  QCommandLineOption size("size", "Screen size WxH (1280x720).", "size");
+  p.addOptions({receiver, keys, key_start, key_interval, screenshot, timeout, stop_on, result, calls, plugin, size});
+  if (!p.parse(arguments)) {
+    *error = p.errorText();
+    return false;
+  }
+  if (p.isSet("help")) p.showHelp(0);
+  if (p.positionalArguments().size() != 1) {
+    *error = "give exactly one application (see --help)";
+    return false;
+  }
+  o->target = p.positionalArguments().first();
+  QString suffix = QFileInfo(QUrl(o->target).path()).suffix().toLower();
+  o->target_is_ait = suffix == "xml" || suffix == "ait" || suffix == "aitx";
+  o->receiver = p.value(receiver);
+  for (const QString& k : p.values(keys))
+    for (const QString& one : k.split(',', Qt::SkipEmptyParts)) o->keys << one.trimmed();
+  bool ok = true;
+  auto number = [&](const QCommandLineOption& opt, int scale, int* out) {
+    if (!p.isSet(opt)) return;
+    bool good = false;
+    double v = p.value(opt).toDouble(&good);
+    if (!good || v < 0) ok = false; else *out = static_cast<int>(v * scale);
+  };
+  number(key_start, 1, &o->key_start_ms);
+  number(key_interval, 1, &o->key_interval_ms);
+  number(timeout, 1000, &o->timeout_ms);
+  if (!ok) {
+    *error = "a time option is not a non-negative number";
+    return false;
+  }
+  o->screenshot = p.value(screenshot);
+  o->stop_on = p.values(stop_on);
+  o->result = p.isSet(result);
+  if (p.isSet(calls)) o->calls = p.value(calls);
+  if (o->calls != "all" && o->calls != "app" && o->calls != "none") {
+    *error = "--calls takes all, app or none";
+    return false;
+  }
+  o->plugin = p.value(plugin);
+  if (p.isSet(size)) {
+    QStringList wh = p.value(size).split('x');
+    if (wh.size() != 2 || wh[0].toInt() <= 0 || wh[1].toInt() <= 0) {
+      *error = "--size takes WxH, e.g. 1280x720";
+      return false;
+    }
+    o->width = wh[0].toInt();
+    o->height = wh[1].toInt();
+  }
+  return true;
+}

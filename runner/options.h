@@ -1,0 +1,29 @@
+// Command-line options of orvane-run.
+#ifndef ORVANE_RUNNER_OPTIONS_H
+#define ORVANE_RUNNER_OPTIONS_H
+
+#include <QString>
+#include <QStringList>
+
+struct Options {
+  QString target;          // a page file, an http URL or an XML AIT file
+  bool target_is_ait = false;
+  QString receiver;        // receiver description file; empty: the built-in receiver
+  QStringList keys;        // key names to press, in order ("VK_RED", "5", "wait:500")
+  int key_start_ms = 500;  // after the page has loaded
+  int key_interval_ms = 250;
+  QString screenshot;      // PNG written when the run ends
+  int timeout_ms = 10000;  // 0: no limit
+  QStringList stop_on;     // end the run when a console message contains one of these
+  bool result = false;     // the page reports PASS/FAIL on the console; that is the exit code
+  // Which middleware calls and events are printed: "all", "app" (all but the
+  // reading of strings and lists and handle releases) or "none".
+  QString calls = "app";
+  QString plugin;          // the plug-in library; empty: this build's libnporvane.so
+  int width = 1280, height = 720;
+};
+
+// Parses the command line; on a usage error prints it and returns false.
+bool ParseOptions(const QStringList& arguments, Options* options, QString* error);
+
+#endif

@@ -1,0 +1,42 @@
+#include "runner/page.h"
+
+#include <QFileInfo>
+#include <QWebFrame>
+#include <QWebSettings>
+
+#include "runner/keys.h"
+#include "runner/log.h"
+
+Page::Page(QObject* parent) : QWebPage(parent) {
+  QWebSettings* s = settings();
+  s->setAttribute(QWebSettings::PluginsEnabled, true);
+  s->setAttribute(QWebSettings::JavascriptEnabled, true);
+  s->setAttribute(QWebSettings::LocalContentCanAccessRemoteUrls, true);
+  s->setAttribute(QWebSettings::LocalContentCanAccessFileUrls, true);
+  s->setAttribute(QWebSettings::DeveloperExtrasEnabled, false);
+  // Each new document of the main frame gets the receiver's key constants
+  // before its own scripts run.
+  connect(mainFrame(), &QWebFrame::javaScriptWindowObjectCleared, this,
+          [this] { mainFrame()->evaluateJavaScript(KeyConstantsScript()); });
+}
+
+void Page::javaScriptConsoleMessage(const QString& message, int line, const QString& source) {
+  QString where = source.isEmpty() ? QString() : QString("  (%1:%2)").arg(QFileInfo(source).fileName()).arg(line);
+  runlog::Line("console", message + where);
+  emit consoleMessage(message);
+}
+
+void Page::javaScriptAlert(QWebFrame*, const QString& message) {
+  runlog::Line("alert", message);
+  emit consoleMessage(message);
+}
+
+bool Page::javaScriptConfirm(QWebFrame*, const QString& message) {
+  runlog::Line("confirm", message + "  (answered yes)");
+  return true;
+}
+
+QString Page::userAgentForUrl(const QUrl& url) const {
+  // Applications look for the HbbTV token to tell a receiver from a PC browser.
+  return QWebPage::userAgentForUrl(url) + " HbbTV/1.5.1 (+DRM;Orvane;ORV-1;1.0.0;;) Orvane/1.0";
+}

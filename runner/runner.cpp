@@ -1,0 +1,155 @@
+#include "runner/runner.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QPixmap>
+#include <QTimer>
+#include <QWebFrame>
+#include <QWebView>
+
+#include "runner/keys.h"
+#include "runner/log.h"
+#include "runner/page.h"
+#include "runner/video_plane.h"
+#include "sim/appmgr_sim.h"
+#include "sim/sim.h"
+
+Runner::Runner(const Options& options) : options_(options) {
+  plane_ = new VideoPlane(options.width, options.height);
+  plane_->setWindowTitle("Orvane");
+  view_ = new QWebView(plane_);
+  view_->setGeometry(0, 0, options.width, options.height);
+  page_ = new Page(view_);
+  view_->setPage(page_);
+  // The page is the graphics plane: transparent wherever it draws nothing,
+  // so that the video plane shows through.
+  QPalette palette = view_->palette();
+  palette.setBrush(QPalette::Base, Qt::transparent);
+  page_->setPalette(palette);
+  view_->setAttribute(Qt::WA_OpaquePaintEvent, false);
+  page_->mainFrame()->setScrollBarPolicy(Qt::Horizontal, Qt::ScrollBarAlwaysOff);
+  page_->mainFrame()->setScrollBarPolicy(Qt::Vertical, Qt::ScrollBarAlwaysOff);
+  connect(page_, &QWebPage::loadFinished, this, &Runner::OnLoadFinished);
+  connect(page_, &Page::consoleMessage, this, &Runner::OnConsole);
+  connect(page_->mainFrame(), &QWebFrame::urlChanged, this,
+          [](const QUrl& url) { runlog::Line("run", "document " + url.toString()); });
+}
+
+QUrl Runner::TargetUrl() const {
+  QUrl url(options_.target);
+  if (url.scheme() == "http" || url.scheme() == "https" || url.scheme() == "file") return url;
+  return QUrl::fromLocalFile(QFileInfo(options_.target).absoluteFilePath());
+}
+
+bool Runner::Start() {
+  QUrl url = TargetUrl();
+  if (url.isLocalFile() && !QFileInfo(url.toLocalFile()).isFile()) {
+    runlog::Line("run", "no such file: " + url.toLocalFile());
+    return false;
+  }
+  for (const QString& k : options_.keys) {
+    if (!k.startsWith("wait:") && !FindKey(k)) {
+      runlog::Line("run", "unknown key: " + k);
+      return false;
+    }
+  }
+  plane_->show();
+  if (options_.timeout_ms > 0)
+    QTimer::singleShot(options_.timeout_ms, this, [this] {
+      Finish(options_.result ? 2 : 0, QString("time limit of %1 s reached").arg(options_.timeout_ms / 1000.0));
+    });
+  if (options_.target_is_ait) {
+    // A receiver hands a signalled AIT to the plug-in's AIT object, whose
+    // parser starts the application that the AIT names.
+    bootstrap_ = true;
+    runlog::Line("run", "AIT " + url.toString());
+    QString html = QString(
+        "<!DOCTYPE html><html><head><title>AIT</title></head><body style='background:transparent'>"
+        "<object type='application/vnd.dvb.ait+xml' data='%1' style='position:absolute;width:1px;height:1px'>"
+        "</object></body></html>").arg(url.toString().toHtmlEscaped());
+    page_->mainFrame()->setHtml(html, url);
+  } else {
+    runlog::Line("run", "open " + url.toString());
+    page_->mainFrame()->load(url);
+  }
+  return true;
+}
+
+void Runner::OnLoadFinished(bool ok) {
+  QUrl url = page_->mainFrame()->url();
+  if (bootstrap_ && page_->mainFrame()->toHtml().contains("application/vnd.dvb.ait+xml") &&
+      url == TargetUrl()) {
+    runlog::Line("run", ok ? "AIT page loaded, waiting for the application" : "AIT page failed to load");
+    return;
+  }
+  if (!ok) {
+    runlog::Line("run", "failed to load " + url.toString());
+    if (!keys_started_) Finish(3, "the application did not load");
+    return;
+  }
+  runlog::Line("run", "loaded " + url.toString());
+  if (keys_started_) return;
+  keys_started_ = true;
+  if (!options_.keys.isEmpty()) QTimer::singleShot(options_.key_start_ms, this, &Runner::NextKey);
+}
+
+bool Runner::KeyAllowed(const RemoteKey& key) {
+  // A receiver gives an application only the keys of the groups its keyset
+  // holds, once it has asked for some.
+  MwHandle app = sim::OwnerApplication(page_->mainFrame()->url().toString().toStdString());
+  if (!app) return true;
+  int32_t granted = sim::Application(app).keys;
+  return granted == 0 || (granted & key.group) != 0;
+}
+
+void Runner::NextKey() {
+  if (finished_ || next_key_ >= options_.keys.size()) return;
+  QString name = options_.keys[next_key_++];
+  int delay = options_.key_interval_ms;
+  if (name.startsWith("wait:")) {
+    delay = name.mid(5).toInt();
+  } else {
+    const RemoteKey* key = FindKey(name);
+    if (!KeyAllowed(*key)) {
+      runlog::Line("key", QString("%1 (%2) not delivered: not in the application's keyset").arg(key->name).arg(key->code));
+    } else {
+      runlog::Line("key", QString("%1 (%2)").arg(key->name).arg(key->code));
+      PressKey(view_, *key);
+    }
+  }
+  QTimer::singleShot(delay, this, &Runner::NextKey);
+}
+
+void Runner::OnConsole(const QString& message) {
+  if (options_.result) {
+    if (message.startsWith("PASS")) return Finish(0, "the page passed");
+    if (message.startsWith("FAIL")) return Finish(1, "the page failed");
+  }
+  for (const QString& text : options_.stop_on)
+    if (message.contains(text)) return Finish(0, "stop text \"" + text + "\" seen");
+}
+
+void Runner::Finish(int code, const QString& why) {
+  if (finished_) return;
+  finished_ = true;
+  runlog::Line("run", why);
+  // Let pending paints and queued events land before the picture is taken.
+  QTimer::singleShot(50, this, [this, code]() mutable {
+    if (!options_.screenshot.isEmpty()) {
+      QPixmap shot = plane_->grab();
+      bool saved = shot.save(options_.screenshot, "PNG");
+      runlog::Line("run", (saved ? "screenshot " : "could not write screenshot ") + options_.screenshot);
+      if (!saved && code == 0) code = 3;
+    }
+    // Tear the page down so that the plug-in's instances are destroyed, and
+    // report what the application left held in the middleware.
+    delete plane_;
+    plane_ = nullptr;
+    view_ = nullptr;
+    sim::WaitIdle(0);
+    runlog::Line("run", QString("end: %1 middleware reference(s) still held, %2 release error(s); exit code %3")
+                            .arg(sim::HeldHandles()).arg(sim::ReleaseErrors()).arg(code));
+    QApplication::exit(code);
+  });
+}

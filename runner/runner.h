@@ -1,0 +1,43 @@
+// One run: the screen (video plane with the browser above it), the
+// application to open, the scripted remote-control keys, the stop
+// conditions, the screenshot and the exit code.
+#ifndef ORVANE_RUNNER_RUNNER_H
+#define ORVANE_RUNNER_RUNNER_H
+
+#include <QObject>
+#include <QUrl>
+
+#include "runner/options.h"
+
+class Page;
+class QWebView;
+class VideoPlane;
+struct RemoteKey;
+
+class Runner : public QObject {
+  Q_OBJECT
+ public:
+  explicit Runner(const Options& options);
+  // Opens the application; false (with the reason printed) when it cannot.
+  bool Start();
+  VideoPlane* plane() const { return plane_; }
+
+ private:
+  void OnLoadFinished(bool ok);
+  void OnConsole(const QString& message);
+  void NextKey();
+  bool KeyAllowed(const RemoteKey& key);
+  void Finish(int code, const QString& why);
+  QUrl TargetUrl() const;
+
+  Options options_;
+  VideoPlane* plane_ = nullptr;
+  QWebView* view_ = nullptr;
+  Page* page_ = nullptr;
+  bool bootstrap_ = false;   // the AIT page is showing, the application is yet to come
+  bool keys_started_ = false;
+  int next_key_ = 0;
+  bool finished_ = false;
+};
+
+#endif

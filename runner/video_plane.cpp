@@ -1,0 +1,129 @@
+#include "runner/video_plane.h"
+
+#include <QMetaObject>
+#include <mutex>
+#include <QPainter>
+
+#include "sim/receiver.h"
+
+namespace {
+
+
+int Number(const sim::Call& c, size_t i) {
+  if (i >= c.args.size()) return 0;
+  try {
+    return std::stoi(c.args[i]);
+  } catch (...) {
+    return 0;
+  }
+}
+
+// "[l,t,r,b]" as the simulator prints a rectangle.
+QRect RectArg(const sim::Call& c, size_t i) {
+  if (i >= c.args.size()) return QRect();
+  QString text = QString::fromStdString(c.args[i]);
+  if (!text.startsWith('[')) return QRect();
+  QStringList v = text.mid(1, text.size() - 2).split(',');
+  if (v.size() != 4) return QRect();
+  return QRect(QPoint(v[0].toInt(), v[1].toInt()), QPoint(v[2].toInt() - 1, v[3].toInt() - 1));
+}
+
+QString PresentedChannelName() {
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  auto channel = sim::Find<sim::ChannelObject>(sim::CurrentChannel());
+  return channel ? QString::fromStdString(channel->name) : QString("no channel");
+}
+
+std::mutex g_mu;
+VideoPlane* g_plane = nullptr;  // the plane that observes, under g_mu
+
+}  // namespace
+
+VideoPlane::VideoPlane(int width, int height) {
+  setFixedSize(width, height);
+  setAutoFillBackground(false);
+  std::lock_guard<std::mutex> lock(g_mu);
+  g_plane = this;
+}
+
+VideoPlane::~VideoPlane() {
+  std::lock_guard<std::mutex> lock(g_mu);
+  if (g_plane == this) g_plane = nullptr;
+}
+
+void VideoPlane::Observe(const sim::Call& call) {
+  static const char* const kWatched[] = {
+      "MwBroadcastSetVideoRect", "MwVideoSetPaintRect", "MwBroadcastSetFullScreen",
+      "event:Broadcast_onPlayStateChange", "event:Broadcast_onChannelChangeSucceeded",
+      "MwBroadcastStop", "MwBroadcastRelease", "MwBroadcastBindToCurrentChannel"};
+  bool watched = false;
+  for (const char* name : kWatched) watched |= call.op == name;
+  if (!watched) return;
+  sim::Call copy = call;
+  std::lock_guard<std::mutex> lock(g_mu);
+  VideoPlane* plane = g_plane;
+  // A queued call to a plane deleted meanwhile is dropped by Qt.
+  if (plane) QMetaObject::invokeMethod(plane, [plane, copy] { plane->Apply(copy); }, Qt::QueuedConnection);
+}
+
+void VideoPlane::Apply(const sim::Call& c) {
+  QString handle = c.args.empty() ? QString() : QString::fromStdString(c.args[0]);
+  if (c.op == "MwBroadcastSetVideoRect") {
+    videos_[handle].rect = QRect(Number(c, 1), Number(c, 2), Number(c, 3), Number(c, 4));
+  } else if (c.op == "MwVideoSetPaintRect") {
+    paint_rect_ = RectArg(c, 0);
+  } else if (c.op == "MwBroadcastSetFullScreen") {
+    videos_[handle].full_screen = Number(c, 1) != 0;
+  } else if (c.op == "event:Broadcast_onPlayStateChange") {
+    videos_[handle].play_state = Number(c, 1);
+  } else if (c.op == "MwBroadcastStop" || c.op == "MwBroadcastRelease") {
+    if (videos_.contains(handle)) videos_[handle].play_state = 0;
+  }
+  update();
+}
+
+void VideoPlane::paintEvent(QPaintEvent*) {
+  QPainter p(this);
+  p.fillRect(rect(), Qt::black);
+  QString channel = PresentedChannelName();
+  for (const Video& v : videos_) {
+    if (v.play_state != 1 && v.play_state != 2) continue;  // connecting or presenting
+    QRect r = v.full_screen ? rect() : v.rect;
+    if (r.isEmpty()) r = paint_rect_;
+    if (r.isEmpty()) continue;
+    PaintPicture(p, r, v.play_state == 1 ? channel + " (connecting)" : channel);
+  }
+}
+
+void VideoPlane::PaintPicture(QPainter& p, const QRect& r, const QString& channel) const {
+  static const QColor kBars[] = {QColor(192, 192, 192), QColor(192, 192, 0), QColor(0, 192, 192),
+                                 QColor(0, 192, 0),     QColor(192, 0, 192), QColor(192, 0, 0),
+                                 QColor(0, 0, 192)};
+  p.save();
+  p.setClipRect(r);
+  const int n = 7;
+  for (int i = 0; i < n; i++) {
+    int x0 = r.left() + r.width() * i / n, x1 = r.left() + r.width() * (i + 1) / n;
+    p.fillRect(QRect(x0, r.top(), x1 - x0, r.height() * 3 / 4), kBars[i]);
+  }
+  p.fillRect(QRect(r.left(), r.top() + r.height() * 3 / 4, r.width(), r.height() - r.height() * 3 / 4),
+             QColor(16, 16, 48));
+  // The channel's name on a dark band across the middle, and the rectangle.
+  QFont f = p.font();
+  f.setPixelSize(qMax(10, r.height() / 10));
+  f.setBold(true);
+  p.setFont(f);
+  QRect band(r.left(), r.top() + r.height() * 3 / 8 - r.height() / 12, r.width(), r.height() / 6);
+  p.fillRect(band, QColor(0, 0, 0, 180));
+  p.setPen(Qt::white);
+  p.drawText(band, Qt::AlignCenter, channel);
+  QFont small = p.font();
+  small.setPixelSize(qMax(8, r.height() / 20));
+  small.setBold(false);
+  p.setFont(small);
+  p.drawText(r.adjusted(6, 0, -6, -4), Qt::AlignBottom | Qt::AlignLeft,
+             QString("video %1,%2 %3x%4").arg(r.x()).arg(r.y()).arg(r.width()).arg(r.height()));
+  p.setPen(QPen(Qt::white, 2, Qt::DashLine));
+  p.drawRect(r.adjusted(1, 1, -1, -1));
+  p.restore();
+}

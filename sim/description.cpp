@@ -1,0 +1,245 @@
+#include "sim/description.h"
+
+#include <fstream>
+#include <sstream>
+
+#include "sim/receiver.h"
+
+#if __has_include(<nlohmann/json.hpp>)
+#include <nlohmann/json.hpp>
+#define ORVANE_HAVE_JSON 1
+#endif
+
+namespace sim {
+
+#ifdef ORVANE_HAVE_JSON
+namespace {
+
+using nlohmann::json;
+
+// Programme times may be given relative to the receiver's clock.
+const int32_t kClock = 1795000000;
+
+std::string Str(const json& j, const char* key, const std::string& fallback = "") {
+  return j.contains(key) ? j.at(key).get<std::string>() : fallback;
+}
+
+int32_t Int(const json& j, const char* key, int32_t fallback = 0) {
+  if (!j.contains(key)) return fallback;
+  const json& v = j.at(key);
+  if (v.is_boolean()) return v.get<bool>() ? 1 : 0;
+  return v.get<int32_t>();
+}
+
+std::vector<std::string> Strings(const json& j, const char* key) {
+  if (!j.contains(key)) return {};
+  const json& v = j.at(key);
+  if (v.is_string()) return {v.get<std::string>()};
+  return v.get<std::vector<std::string>>();
+}
+
+MwHandle Rating(const json& j) {
+  auto r = std::make_shared<RatingObject>();
+  if (j.is_number()) {
+    r->value = j.get<int32_t>();
+    r->name = std::to_string(r->value);
+    r->scheme = "dvb-si";
+  } else {
+    r->value = Int(j, "value");
+    r->name = Str(j, "name", std::to_string(r->value));
+    r->scheme = Str(j, "scheme", "dvb-si");
+    r->labels = Int(j, "labels");
+  }
+  r->region = j.is_object() ? Str(j, "region", "gb") : "gb";
+  return Register(r, true);
+}
+
+MwHandle Component(const json& j) {
+  auto c = std::make_shared<ComponentObject>();
+  std::string type = Str(j, "type", "video");
+  if (type == "video") c->type = 0;
+  else if (type == "audio") c->type = 1;
+  else if (type == "subtitle") c->type = 2;
+  else throw std::runtime_error("component type \"" + type + "\" is not video, audio or subtitle");
+  c->tag = Int(j, "tag", -1);
+  c->pid = Int(j, "pid");
+  c->encoding = Str(j, "encoding");
+  c->language = Str(j, "language");
+  c->encrypted = Int(j, "encrypted");
+  c->audio_description = Int(j, "audioDescription");
+  c->audio_channels = Int(j, "audioChannels", c->type == 1 ? 2 : 0);
+  c->hearing_impaired = Int(j, "hearingImpaired");
+  c->aspect_ratio = j.contains("aspectRatio") ? j.at("aspectRatio").get<float>() : (c->type == 0 ? 1.78f : 0.0f);
+  return Register(c, true);
+}
+
+MwHandle Programme(const json& j, const std::string& ccid) {
+  auto p = std::make_shared<ProgrammeObject>();
+  p->name = Str(j, "name");
+  p->start_time = j.contains("start") ? Int(j, "start") : kClock + Int(j, "startOffset");
+  p->duration = Int(j, "duration", 1800);
+  p->programme_id = Str(j, "id", ccid + "/" + std::to_string(p->start_time));
+  p->programme_id_type = Int(j, "idType");
+  p->description = Str(j, "description");
+  p->long_description = Str(j, "longDescription", p->description);
+  p->promotional_text = Str(j, "promotionalText");
+  p->channel_id = ccid;
+  p->genre = Strings(j, "genre");
+  p->audio_languages = Strings(j, "audioLanguages");
+  p->guidance = Strings(j, "guidance");
+  p->has_guidance = p->guidance.empty() ? 0 : 1;
+  p->crids = Strings(j, "crids");
+  p->hd = Int(j, "hd");
+  p->audio_description = Int(j, "audioDescription");
+  p->sign_language = Int(j, "signLanguage");
+  p->multilingual = Int(j, "multilingual");
+  if (j.contains("parentalRating")) p->ratings.push_back(Rating(j.at("parentalRating")));
+  for (const std::string& g : p->genre) p->descriptors[0x54].push_back("content:" + g);
+  return Register(p, true);
+}
+
+StreamEventSpec StreamEvent(const json& j) {
+  StreamEventSpec e;
+  e.name = Str(j, "name");
+  e.data = Str(j, "data");
+  e.text = Str(j, "text");
+  e.status = Int(j, "status", 1);
+  e.delay_ms = Int(j, "delayMs", 20);
+  e.repeat_ms = Int(j, "repeatMs", 0);
+  if (e.name.empty()) throw std::runtime_error("a stream event has no name");
+  return e;
+}
+
+MwHandle Channel(const json& j, size_t index) {
+  auto c = std::make_shared<ChannelObject>();
+  c->name = Str(j, "name");
+  if (c->name.empty()) throw std::runtime_error("channel " + std::to_string(index) + " has no name");
+  c->short_name = Str(j, "shortName", c->name);
+  std::string type = Str(j, "type", "tv");
+  if (type != "tv" && type != "radio") throw std::runtime_error("channel type \"" + type + "\" is not tv or radio");
+  c->channel_type = type == "radio" ? 1 : 0;
+  c->onid = Int(j, "onid");
+  c->tsid = Int(j, "tsid");
+  c->sid = Int(j, "sid");
+  c->nid = Int(j, "nid");
+  c->major_channel = Int(j, "majorChannel", static_cast<int32_t>(index) + 1);
+  c->ccid = Str(j, "ccid", "ccid:dvbt." + std::to_string(index + 1));
+  c->dsd = Str(j, "dsd", "dsd:" + std::to_string(c->onid) + "." + std::to_string(c->tsid));
+  c->locked = Int(j, "locked");
+  c->hidden = Int(j, "hidden");
+  c->running_status = Int(j, "runningStatus", 1);
+  if (j.contains("programmes"))
+    for (const json& p : j.at("programmes")) c->programmes.push_back(Programme(p, c->ccid));
+  if (j.contains("components"))
+    for (const json& x : j.at("components")) c->components.push_back(Component(x));
+  if (j.contains("streamEvents"))
+    for (const json& e : j.at("streamEvents")) c->stream_events.push_back(StreamEvent(e));
+  return Register(c, true);
+}
+
+int32_t KeyGroups(const json& j) {
+  if (j.is_number()) return j.get<int32_t>();
+  static const char* const kGroups[] = {"RED", "GREEN", "YELLOW", "BLUE", "NAVIGATION", "VCR",
+                                        "SCROLL", "INFO", "NUMERIC", "ALPHA", "OTHER"};
+  int32_t mask = 0;
+  for (const json& g : j) {
+    std::string name = g.get<std::string>();
+    bool known = false;
+    for (int i = 0; i < 11; i++)
+      if (name == kGroups[i]) mask |= 1 << i, known = true;
+    if (!known) throw std::runtime_error("unknown key group \"" + name + "\"");
+  }
+  return mask;
+}
+
+void Apply(const json& d, Receiver& rx) {
+  if (!d.is_object()) throw std::runtime_error("a receiver description is a JSON object");
+  if (d.contains("channels")) {
+    rx.channels.clear();
+    size_t i = 0;
+    for (const json& c : d.at("channels")) rx.channels.push_back(Channel(c, i++));
+    rx.current = 0;
+  }
+  if (d.contains("currentChannel")) {
+    size_t current = d.at("currentChannel").get<size_t>();
+    if (current >= rx.channels.size()) throw std::runtime_error("currentChannel is beyond the channel list");
+    rx.current = current;
+  }
+  if (d.contains("genres")) rx.genres = d.at("genres").get<std::vector<std::string>>();
+  if (d.contains("identity")) {
+    const json& id = d.at("identity");
+    rx.device_id = Str(id, "deviceId", rx.device_id);
+    rx.vendor_name = Str(id, "vendorName", rx.vendor_name);
+    rx.family_name = Str(id, "familyName", rx.family_name);
+    rx.model_name = Str(id, "modelName", rx.model_name);
+    rx.software_version = Str(id, "softwareVersion", rx.software_version);
+    rx.hardware_version = Str(id, "hardwareVersion", rx.hardware_version);
+    rx.oipf_profile = Str(id, "oipfProfile", rx.oipf_profile);
+    rx.pvr_enabled = Int(id, "pvrEnabled", rx.pvr_enabled);
+  }
+  if (d.contains("keys")) {
+    const json& k = d.at("keys");
+    if (k.contains("groups")) rx.key_groups = KeyGroups(k.at("groups"));
+    if (k.contains("otherKeys")) rx.other_keys = k.at("otherKeys").get<std::vector<int32_t>>();
+  }
+  if (d.contains("preferences")) {
+    const json& p = d.at("preferences");
+    rx.audio_language = Str(p, "audioLanguage", rx.audio_language);
+    rx.subtitle_language = Str(p, "subtitleLanguage", rx.subtitle_language);
+    rx.ui_language = Str(p, "uiLanguage", rx.ui_language);
+    rx.country_id = Str(p, "countryId", rx.country_id);
+    rx.postcode = Str(p, "postcode", rx.postcode);
+  }
+  if (d.contains("networkInterfaces")) {
+    rx.network_interfaces.clear();
+    for (const json& n : d.at("networkInterfaces")) {
+      auto ni = std::make_shared<NetworkInterfaceObject>();
+      ni->ip_address = Str(n, "ipAddress");
+      ni->mac_address = Str(n, "macAddress");
+      ni->connected = Int(n, "connected", 1);
+      ni->enabled = Int(n, "enabled", 1);
+      rx.network_interfaces.push_back(Register(ni, true));
+    }
+  }
+  if (d.contains("freeMemory")) rx.free_memory = Int(d, "freeMemory");
+}
+
+}  // namespace
+
+bool LoadDescriptionText(const std::string& text, std::string* error) {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  LoadDefaultReceiver();
+  Receiver rx = Rx();
+  try {
+    Apply(json::parse(text), rx);
+  } catch (const std::exception& e) {
+    if (error) *error = e.what();
+    return false;
+  }
+  Rx() = rx;
+  return true;
+}
+
+#else
+
+bool LoadDescriptionText(const std::string&, std::string* error) {
+  LoadDefaultReceiver();
+  if (error) *error = "this build has no JSON support (install nlohmann-json3-dev)";
+  return false;
+}
+
+#endif
+
+bool LoadDescription(const std::string& path, std::string* error) {
+  std::ifstream in(path);
+  if (!in) {
+    LoadDefaultReceiver();
+    if (error) *error = "cannot read the file";
+    return false;
+  }
+  std::stringstream text;
+  text << in.rdbuf();
+  return LoadDescriptionText(text.str(), error);
+}
+
+}  // namespace sim
