@@ -14,6 +14,7 @@
 #include "broadcast/av_component.h"
 #include "broadcast/channel.h"
 #include "middleware/types.h"
+#include "parental/parental_rating.h"
 #include "plugin/browser.h"
 #include "utils/convert.h"
 
@@ -46,7 +47,7 @@ const CollectionKindInfo kKinds[kCollectionKindCount] = {
     /* 1 channels */ {ChannelCreate, true, nullptr, 0, ORV_ENTRIES(kChannelMethods)},
     /* 2 programmes */ {nullptr, false, nullptr, 0, nullptr, 0},
     /* 3 AV components */ {AVComponentCreate, false, nullptr, 0, nullptr, 0},
-    /* 4 parental ratings */ {nullptr, false, nullptr, 0, ORV_ENTRIES(kRatingMethods)},
+    /* 4 parental ratings */ {ParentalRatingCreate, false, nullptr, 0, ORV_ENTRIES(kRatingMethods)},
     /* 5 rating schemes */ {nullptr, false, nullptr, 0, ORV_ENTRIES(kSchemeMethods)},
     /* 6 scheduled recordings */ {nullptr, false, nullptr, 0, nullptr, 0},
     /* 7 network interfaces */ {nullptr, false, nullptr, 0, nullptr, 0},
