@@ -3,7 +3,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QPixmap>
+#include <QImage>
 #include <QTimer>
 #include <QWebFrame>
 #include <QWebView>
@@ -11,15 +11,15 @@
 #include "runner/keys.h"
 #include "runner/log.h"
 #include "runner/page.h"
+#include "runner/screen.h"
 #include "runner/video_plane.h"
 #include "sim/appmgr_sim.h"
 #include "sim/sim.h"
 
 Runner::Runner(const Options& options) : options_(options) {
   plane_ = new VideoPlane(options.width, options.height);
-  plane_->setWindowTitle("Orvane");
-  view_ = new QWebView(plane_);
-  view_->setGeometry(0, 0, options.width, options.height);
+  view_ = new Screen(plane_, options.width, options.height);
+  view_->setWindowTitle("Orvane");
   page_ = new Page(view_);
   view_->setPage(page_);
   // The page is the graphics plane: transparent wherever it draws nothing,
@@ -27,7 +27,6 @@ Runner::Runner(const Options& options) : options_(options) {
   QPalette palette = view_->palette();
   palette.setBrush(QPalette::Base, Qt::transparent);
   page_->setPalette(palette);
-  view_->setAttribute(Qt::WA_OpaquePaintEvent, false);
   page_->mainFrame()->setScrollBarPolicy(Qt::Horizontal, Qt::ScrollBarAlwaysOff);
   page_->mainFrame()->setScrollBarPolicy(Qt::Vertical, Qt::ScrollBarAlwaysOff);
   connect(page_, &QWebPage::loadFinished, this, &Runner::OnLoadFinished);
@@ -54,7 +53,7 @@ bool Runner::Start() {
       return false;
     }
   }
-  plane_->show();
+  view_->show();
   if (options_.timeout_ms > 0)
     QTimer::singleShot(options_.timeout_ms, this, [this] {
       Finish(options_.result ? 2 : 0, QString("time limit of %1 s reached").arg(options_.timeout_ms / 1000.0));
@@ -137,16 +136,17 @@ void Runner::Finish(int code, const QString& why) {
   // Let pending paints and queued events land before the picture is taken.
   QTimer::singleShot(50, this, [this, code]() mutable {
     if (!options_.screenshot.isEmpty()) {
-      QPixmap shot = plane_->grab();
+      QImage shot = view_->Picture();
       bool saved = shot.save(options_.screenshot, "PNG");
       runlog::Line("run", (saved ? "screenshot " : "could not write screenshot ") + options_.screenshot);
       if (!saved && code == 0) code = 3;
     }
     // Tear the page down so that the plug-in's instances are destroyed, and
     // report what the application left held in the middleware.
+    delete view_;
+    view_ = nullptr;
     delete plane_;
     plane_ = nullptr;
-    view_ = nullptr;
     sim::WaitIdle(0);
     runlog::Line("run", QString("end: %1 middleware reference(s) still held, %2 release error(s); exit code %3")
                             .arg(sim::HeldHandles()).arg(sim::ReleaseErrors()).arg(code));

@@ -10,7 +10,7 @@
 #include "runner/options.h"
 
 class Page;
-class QWebView;
+class Screen;
 class VideoPlane;
 struct RemoteKey;
 
@@ -20,8 +20,6 @@ class Runner : public QObject {
   explicit Runner(const Options& options);
   // Opens the application; false (with the reason printed) when it cannot.
   bool Start();
-  VideoPlane* plane() const { return plane_; }
-
  private:
   void OnLoadFinished(bool ok);
   void OnConsole(const QString& message);
@@ -32,7 +30,7 @@ class Runner : public QObject {
 
   Options options_;
   VideoPlane* plane_ = nullptr;
-  QWebView* view_ = nullptr;
+  Screen* view_ = nullptr;
   Page* page_ = nullptr;
   bool bootstrap_ = false;   // the AIT page is showing, the application is yet to come
   bool keys_started_ = false;

@@ -39,9 +39,7 @@ VideoPlane* g_plane = nullptr;  // the plane that observes, under g_mu
 
 }  // namespace
 
-VideoPlane::VideoPlane(int width, int height) {
-  setFixedSize(width, height);
-  setAutoFillBackground(false);
+VideoPlane::VideoPlane(int width, int height) : screen_(0, 0, width, height) {
   std::lock_guard<std::mutex> lock(g_mu);
   g_plane = this;
 }
@@ -71,7 +69,10 @@ void VideoPlane::Apply(const sim::Call& c) {
   if (c.op == "MwBroadcastSetVideoRect") {
     videos_[handle].rect = QRect(Number(c, 1), Number(c, 2), Number(c, 3), Number(c, 4));
   } else if (c.op == "MwVideoSetPaintRect") {
-    paint_rect_ = RectArg(c, 0);
+    // Comes with every paint of the page: repainting for it would never end.
+    QRect r = RectArg(c, 0);
+    if (r == paint_rect_) return;
+    paint_rect_ = r;
   } else if (c.op == "MwBroadcastSetFullScreen") {
     videos_[handle].full_screen = Number(c, 1) != 0;
   } else if (c.op == "event:Broadcast_onPlayStateChange") {
@@ -79,19 +80,29 @@ void VideoPlane::Apply(const sim::Call& c) {
   } else if (c.op == "MwBroadcastStop" || c.op == "MwBroadcastRelease") {
     if (videos_.contains(handle)) videos_[handle].play_state = 0;
   }
-  update();
+  emit changed();
 }
 
-void VideoPlane::paintEvent(QPaintEvent*) {
-  QPainter p(this);
-  p.fillRect(rect(), Qt::black);
+QRect VideoPlane::Where(const Video& v) const {
+  if (v.play_state != 1 && v.play_state != 2) return QRect();  // neither connecting nor presenting
+  QRect r = v.full_screen ? screen_ : v.rect;
+  if (r.isEmpty()) r = paint_rect_;
+  return r.intersected(screen_);
+}
+
+QVector<QRect> VideoPlane::Showing() const {
+  QVector<QRect> out;
+  for (const Video& v : videos_)
+    if (!Where(v).isEmpty()) out << Where(v);
+  return out;
+}
+
+void VideoPlane::Paint(QPainter& p) const {
+  p.fillRect(screen_, Qt::black);
   QString channel = PresentedChannelName();
   for (const Video& v : videos_) {
-    if (v.play_state != 1 && v.play_state != 2) continue;  // connecting or presenting
-    QRect r = v.full_screen ? rect() : v.rect;
-    if (r.isEmpty()) r = paint_rect_;
-    if (r.isEmpty()) continue;
-    PaintPicture(p, r, v.play_state == 1 ? channel + " (connecting)" : channel);
+    QRect r = Where(v);
+    if (!r.isEmpty()) PaintPicture(p, r, v.play_state == 1 ? channel + " (connecting)" : channel);
   }
 }
 

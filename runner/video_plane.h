@@ -1,17 +1,20 @@
-// The receiver's video plane, below the page: while a broadcast object
-// presents, a test picture with the channel's name fills the rectangle the
-// plug-in gave the middleware, so that the screen shows the layout a TV
-// would show.
+// The receiver's video plane: what each broadcast object presents and
+// where, as the middleware learns it from the plug-in (video rectangles,
+// play states, full screen), and the test picture that stands in for the
+// video: colour bars with the channel's name filling the rectangle.
 #ifndef ORVANE_RUNNER_VIDEO_PLANE_H
 #define ORVANE_RUNNER_VIDEO_PLANE_H
 
 #include <QMap>
+#include <QObject>
 #include <QRect>
-#include <QWidget>
+#include <QVector>
 
 #include "sim/sim.h"
 
-class VideoPlane : public QWidget {
+class QPainter;
+
+class VideoPlane : public QObject {
   Q_OBJECT
  public:
   VideoPlane(int width, int height);
@@ -19,9 +22,13 @@ class VideoPlane : public QWidget {
   // Takes note of a middleware call or event for the plane that exists, if
   // any; callable from any thread.
   static void Observe(const sim::Call& call);
+  // The rectangles where video shows now.
+  QVector<QRect> Showing() const;
+  // Paints the plane: black, with the test picture in each rectangle showing.
+  void Paint(QPainter& p) const;
 
- protected:
-  void paintEvent(QPaintEvent* event) override;
+ signals:
+  void changed();
 
  private:
   struct Video {
@@ -30,7 +37,9 @@ class VideoPlane : public QWidget {
     bool full_screen = false;
   };
   void Apply(const sim::Call& call);  // on the GUI thread
-  void PaintPicture(class QPainter& p, const QRect& r, const QString& channel) const;
+  QRect Where(const Video& v) const;
+  void PaintPicture(QPainter& p, const QRect& r, const QString& channel) const;
+  QRect screen_;
   QMap<QString, Video> videos_;  // by broadcast handle
   QRect paint_rect_;             // last MwVideoSetPaintRect, empty for none
 };
