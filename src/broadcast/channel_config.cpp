@@ -62,11 +62,12 @@ struct ChannelConfig : KindDefaults<ChannelConfig> {
 
 NPObject* ChannelConfigCreate(NPP instance, MwHandle config) {
   ChannelConfig::Properties().Intern();
+  // The handle is the object's from here on, also when none can be made.
   ChannelConfigRecord* r = RecordNew<ChannelConfigRecord>();
-  if (!r) return nullptr;
-  r->object = NPN_CreateObject(instance, ScriptClass<ChannelConfig>::Class());
-  if (!r->object) {
+  if (r) r->object = NPN_CreateObject(instance, ScriptClass<ChannelConfig>::Class());
+  if (!r || !r->object) {
     RecordFree(r);
+    if (config) MwObjectRelease(config);
     return nullptr;
   }
   r->handle = config;

@@ -13,7 +13,8 @@ struct ChannelConfigRecord {
   ChannelConfigRecord* next;
 };
 
-// A new object owning `config`, or null.
+// A new object owning `config`, or null. Takes over `config` in every case:
+// on failure it is released here.
 ORV_EXPORT NPObject* ChannelConfigCreate(NPP instance, MwHandle config);
 ORV_EXPORT NPObject* ChannelConfigFindNPAPIObj(MwHandle config);
 ORV_EXPORT ChannelConfigRecord* FindChanconfigHandle(NPObject* object);

@@ -162,6 +162,12 @@ TEST_F(ChannelConfigTest, MissingHandlesAndListsAndLookups) {
   EXPECT_EQ(NPVariantType_Int32, v.type);
   for (NPObject* o : {config, second, empty}) Drop(o);
   EXPECT_EQ(0, sim::RefsOf(handle));
+
+  // A configuration that cannot be made gives its handle back.
+  host::FailRecordAllocation(1);
+  EXPECT_EQ(nullptr, ChannelConfigCreate(npp_, sim::NewChannelConfig()));
+  host::FailAllocation(1);
+  EXPECT_EQ(nullptr, ChannelConfigCreate(npp_, sim::NewChannelConfig()));
 }
 
 }  // namespace
