@@ -1,0 +1,77 @@
+// The browser tests' reporting: each page ends with one console line, "PASS"
+// or "FAIL: " and the reasons, which orvane-run --result turns into its exit
+// code. Uncaught script errors and a page's own deadline fail the page.
+var check = (function () {
+  var failures = [];
+  var finished = false;
+  var waiting = {};
+
+  function finish() {
+    if (finished) return;
+    finished = true;
+    console.log(failures.length ? 'FAIL: ' + failures.join('; ') : 'PASS');
+  }
+
+  function show(v) {
+    if (typeof v === 'string') return '"' + v + '"';
+    return String(v);
+  }
+
+  window.onerror = function (message, source, line) {
+    failures.push('uncaught error: ' + message + ' (line ' + line + ')');
+    finish();
+  };
+
+  return {
+    ok: function (condition, what) {
+      if (!condition) failures.push(what);
+      return !!condition;
+    },
+    equal: function (actual, expected, what) {
+      if (actual !== expected) failures.push(what + ': ' + show(actual) + ', expected ' + show(expected));
+      return actual === expected;
+    },
+    // Calls fn, which is expected to make the plug-in report failure to the
+    // script engine (an exception); returns what it threw.
+    throws: function (fn, what) {
+      try {
+        fn();
+      } catch (e) {
+        return e;
+      }
+      failures.push(what + ' did not throw');
+      return null;
+    },
+    // Something that must happen before done(): an event still to come.
+    expect: function (name) { waiting[name] = true; },
+    arrived: function (name) { delete waiting[name]; },
+    // Runs a step, failing the page on an exception in it.
+    step: function (what, fn) {
+      return function () {
+        try {
+          fn.apply(this, arguments);
+        } catch (e) {
+          failures.push(what + ': exception ' + e);
+          finish();
+        }
+      };
+    },
+    fail: function (why) {
+      failures.push(why);
+      finish();
+    },
+    done: function () {
+      for (var name in waiting) failures.push('never came: ' + name);
+      finish();
+    },
+    // Fails the page if it has not finished within ms.
+    deadline: function (ms) {
+      setTimeout(function () {
+        if (finished) return;
+        failures.push('deadline of ' + ms + ' ms passed');
+        check.done();
+      }, ms);
+    },
+    note: function (text) { console.log(text); }
+  };
+})();
