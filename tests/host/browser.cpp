@@ -78,6 +78,11 @@ void Reset() {
   detail::ResetObjects();
 }
 
+void UnloadPages() {
+  detail::ResetFunctions();
+  detail::DropAllValues();
+}
+
 bool Get(NPP npp, NPObject* o, const char* name, NPVariant* result) {
   return detail::GetProperty(npp, o, Id(name), result);
 }

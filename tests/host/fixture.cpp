@@ -18,6 +18,8 @@ void OrvaneTest::TearDown() {
   }
   if (initialized_) NP_Shutdown();
   initialized_ = false;
+  host::Pump();
+  host::UnloadPages();
   CheckClean();
   instances_.clear();
   host::Reset();

@@ -23,6 +23,10 @@ namespace host {
 // ---- the browser table -----------------------------------------------------
 NPNetscapeFuncs* Funcs();  // filled once; size and version set as a browser does
 void Reset();              // drops pages, queued calls, records; identifiers stay
+// What unloading the pages does before the leak checks: the page's functions
+// forget the arguments they were called with, and the values the plug-in
+// stored on page objects (window.debug, style properties) are let go.
+void UnloadPages();
 
 // ---- memory ----------------------------------------------------------------
 size_t LiveBlocks();               // NPN_MemAlloc blocks not yet freed

@@ -230,6 +230,13 @@ size_t CountUnbalancedPage() {
   return n;
 }
 
+void DropAllValues() {
+  auto& all = AllHostObjects();
+  for (size_t i = 0; i < all.size(); ++i) {
+    if (!all[i]->dead) DropValues(all[i].get());
+  }
+}
+
 void ResetHostObjects() {
   auto& all = AllHostObjects();
   // Releasing stored values may release other host objects (and plug-in

@@ -69,6 +69,7 @@ void AddHostRef(NPObject* o);       // the host now keeps one of the object's re
 void DropHostRef(NPObject* o);
 void ReleaseVariantValue(NPVariant* v);
 void ResetObjects();                // new generation; plug-in objects stay known
+void DropAllValues();               // host objects let go of the values stored in them
 void RegisterHostObject(NPObject* o);
 void ForgetHostObject(NPObject* o);   // no longer a live object (Reset)
 uint32_t HostRefCount(NPObject* o);   // references the host itself keeps
