@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "host/fixture.h"
-#include "host/internal.h"
 #include "sim/appmgr_sim.h"
 #include "sim/sim.h"
 
@@ -55,15 +54,9 @@ class AppMgrTest : public OrvaneTest {
     if (o) host::Funcs()->releaseobject(o);
   }
 
-  // What the browser drops when the pages go, before the leak checks: the
-  // window's "debug" object and the arguments the page's functions were
-  // called with (Application objects of load errors).
   void TearDown() override {
     host::Release(&result_);
     result_ = host::Void();
-    for (NPP npp : pages_)
-      host::Funcs()->removeproperty(npp, host::Window(host::PageOf(npp)), host::Id("debug"));
-    host::detail::ResetFunctions();
     OrvaneTest::TearDown();
   }
 
