@@ -193,7 +193,6 @@ TEST_F(ManagerTest, ShortMemoryDropsEventsAndInstances) {
   // No memory for a second manager's record: NPP_New fails, window.debug is set.
   host::FailRecordAllocation(1);
   NPP failed = NewPlugin("application/oipfapplicationmanager");
-  pages_.push_back(failed);
   EXPECT_EQ(NPERR_OUT_OF_MEMORY_ERROR, last_error_);
   EXPECT_EQ(nullptr, failed->pdata);
   EXPECT_EQ(NPVariantType_Object, host::WindowProperty(host::PageOf(failed), "debug").type);

@@ -18,7 +18,6 @@ class AppMgrTest : public OrvaneTest {
     spec.href = href;
     npp_ = NewPlugin("application/oipfapplicationmanager", {}, spec);
     ASSERT_EQ(NPERR_NO_ERROR, last_error_);
-    pages_.push_back(npp_);
     manager_ = Scriptable(npp_);
     ASSERT_NE(nullptr, manager_);
     handle_ = sim::LastAppManager();
@@ -60,7 +59,6 @@ class AppMgrTest : public OrvaneTest {
     OrvaneTest::TearDown();
   }
 
-  std::vector<NPP> pages_;  // pages with an application manager element
   NPP npp_ = nullptr;
   NPObject* manager_ = nullptr;
   MwHandle handle_ = 0;
