@@ -275,6 +275,11 @@ uint32_t SizeForPlugin(NPP instance) {
 // The element's own size, without the walk (unlike SizeForPlugin): intended.
 void ScreenRectForPlugin(NPP instance, int32_t* x, int32_t* y, int32_t* width, int32_t* height) {
   StyleIds();
+  int32_t unused[4];
+  if (!x) x = &unused[0];
+  if (!y) y = &unused[1];
+  if (!width) width = &unused[2];
+  if (!height) height = &unused[3];
   *x = *y = *width = *height = 0;
   NPObject* element = PluginElement(instance, "ScreenRectForPlugin", 1126);
   if (!element) return;
