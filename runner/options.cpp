@@ -20,11 +20,14 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
   QCommandLineOption stop_on("stop-on", "End the run when a console message contains this text (repeatable).", "text");
   QCommandLineOption result("result", "The page reports on the console a line beginning PASS or FAIL; the run ends there, "
                                       "and its exit code is 0 for PASS, 1 for FAIL, 2 when neither came in time.");
+  QCommandLineOption print_text("print-text", "Print the text the page shows when the run ends.");
+  QCommandLineOption expect_text("expect-text", "The page must show this text when the run ends, or the exit code "
+                                               "is 1 (repeatable).", "text");
   QCommandLineOption calls("calls", "Middleware calls and events printed: all, app (all but string and list reading "
                                     "and handle releases; the default) or none.", "which");
   QCommandLineOption plugin("plugin", "The plug-in library (default: libnporvane.so of this build).", "file");
   QCommandLineOption size("size", "Screen size WxH (1280x720).", "size");
-  p.addOptions({receiver, keys, key_start, key_interval, screenshot, timeout, stop_on, result, calls, plugin, size});
+  p.addOptions({receiver, keys, key_start, key_interval, screenshot, timeout, stop_on, result, print_text, expect_text, calls, plugin, size});
   if (!p.parse(arguments)) {
     *error = p.errorText();
     return false;
@@ -57,6 +60,8 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
   o->screenshot = p.value(screenshot);
   o->stop_on = p.values(stop_on);
   o->result = p.isSet(result);
+  o->print_text = p.isSet(print_text);
+  o->expect_text = p.values(expect_text);
   if (p.isSet(calls)) o->calls = p.value(calls);
   if (o->calls != "all" && o->calls != "app" && o->calls != "none") {
     *error = "--calls takes all, app or none";

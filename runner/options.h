@@ -15,6 +15,8 @@ struct Options {
   QString screenshot;      // PNG written when the run ends
   int timeout_ms = 10000;  // 0: no limit
   QStringList stop_on;     // end the run when a console message contains one of these
+  bool print_text = false;  // print the page's text when the run ends
+  QStringList expect_text;  // texts the page must show when the run ends (else exit code 1)
   bool result = false;     // the page reports PASS/FAIL on the console; that is the exit code
   // Which middleware calls and events are printed: "all", "app" (all but the
   // reading of strings and lists and handle releases) or "none".

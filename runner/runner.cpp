@@ -135,6 +135,15 @@ void Runner::Finish(int code, const QString& why) {
   runlog::Line("run", why);
   // Let pending paints and queued events land before the picture is taken.
   QTimer::singleShot(50, this, [this, code]() mutable {
+    QString text = page_->mainFrame()->toPlainText();
+    if (options_.print_text)
+      for (const QString& line : text.split('\n'))
+        if (!line.trimmed().isEmpty()) runlog::Line("text", line.trimmed());
+    for (const QString& expected : options_.expect_text) {
+      if (text.contains(expected)) continue;
+      runlog::Line("run", "the page does not show \"" + expected + "\"");
+      if (code == 0) code = 1;
+    }
     if (!options_.screenshot.isEmpty()) {
       QImage shot = view_->Picture();
       bool saved = shot.save(options_.screenshot, "PNG");
