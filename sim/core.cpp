@@ -82,9 +82,10 @@ class Worker {
         cv_.wait(lock);
         continue;
       }
-      if (tasks_.top().due > Clock::now()) {
+      const Clock::time_point due = tasks_.top().due;  // the queue may change while waiting
+      if (due > Clock::now()) {
         idle_.notify_all();
-        cv_.wait_until(lock, tasks_.top().due);
+        cv_.wait_until(lock, due);
         continue;
       }
       std::function<void()> fn = tasks_.top().fn;
