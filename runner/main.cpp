@@ -5,9 +5,7 @@
 #include <QFileInfo>
 #include <cstdio>
 #include <cstdlib>
-#include <mutex>
 #include <string>
-#include <vector>
 #include <unistd.h>
 
 #include "runner/log.h"
@@ -19,22 +17,12 @@
 
 namespace {
 
-// The plumbing of reading strings and lists and giving handles back.
+// The plumbing of reading strings and lists, giving handles back and
+// painting (each paint of the page gives the middleware a rectangle).
 bool Plumbing(const std::string& op) {
   return op == "MwStringGetSize" || op == "MwStringIsValid" || op == "MwStringCopyTo" ||
-         op == "MwListGetCount" || op == "MwListGetItem" || op == "MwObjectRelease";
-}
-
-// Paints repeat the same video rectangle many times a second: print a
-// rectangle only when it changes.
-bool RepeatedPaint(const sim::Call& call) {
-  static std::mutex mu;
-  static std::vector<std::string> last;
-  if (call.op != "MwVideoSetPaintRect") return false;
-  std::lock_guard<std::mutex> lock(mu);
-  if (call.args == last) return true;
-  last = call.args;
-  return false;
+         op == "MwListGetCount" || op == "MwListGetItem" || op == "MwObjectRelease" ||
+         op == "MwVideoSetPaintRect";
 }
 
 }  // namespace
@@ -81,7 +69,7 @@ int main(int argc, char** argv) {
   Runner runner(options);
   const QString calls = options.calls;
   sim::SetCallObserver([calls](const sim::Call& call) {
-    if (calls == "all" || (calls == "app" && !Plumbing(call.op) && !RepeatedPaint(call))) runlog::Call(call);
+    if (calls == "all" || (calls == "app" && !Plumbing(call.op))) runlog::Call(call);
     VideoPlane::Observe(call);
   });
   if (!runner.Start()) return 3;

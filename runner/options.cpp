@@ -23,8 +23,8 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
   QCommandLineOption print_text("print-text", "Print the text the page shows when the run ends.");
   QCommandLineOption expect_text("expect-text", "The page must show this text when the run ends, or the exit code "
                                                "is 1 (repeatable).", "text");
-  QCommandLineOption calls("calls", "Middleware calls and events printed: all, app (all but string and list reading "
-                                    "and handle releases; the default) or none.", "which");
+  QCommandLineOption calls("calls", "Middleware calls and events printed: all, app (all but string and list reading, "
+                                    "handle releases and paint rectangles; the default) or none.", "which");
   QCommandLineOption plugin("plugin", "The plug-in library (default: libnporvane.so of this build).", "file");
   QCommandLineOption size("size", "Screen size WxH (1280x720).", "size");
   p.addOptions({receiver, keys, key_start, key_interval, screenshot, timeout, stop_on, result, print_text, expect_text, calls, plugin, size});

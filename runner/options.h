@@ -19,7 +19,7 @@ struct Options {
   QStringList expect_text;  // texts the page must show when the run ends (else exit code 1)
   bool result = false;     // the page reports PASS/FAIL on the console; that is the exit code
   // Which middleware calls and events are printed: "all", "app" (all but the
-  // reading of strings and lists and handle releases) or "none".
+  // reading of strings and lists, handle releases and paint rectangles) or "none".
   QString calls = "app";
   QString plugin;          // the plug-in library; empty: this build's libnporvane.so
   int width = 1280, height = 720;

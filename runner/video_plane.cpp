@@ -129,7 +129,7 @@ void VideoPlane::PaintPicture(QPainter& p, const QRect& r, const QString& channe
   p.setPen(Qt::white);
   p.drawText(band, Qt::AlignCenter, channel);
   QFont small = p.font();
-  small.setPixelSize(qMax(8, r.height() / 20));
+  small.setPixelSize(qBound(8, r.height() / 20, 16));
   small.setBold(false);
   p.setFont(small);
   p.drawText(r.adjusted(6, 0, -6, -4), Qt::AlignBottom | Qt::AlignLeft,

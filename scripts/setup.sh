@@ -2,7 +2,12 @@
 # Installs what a fresh Debian machine lacks to build and test Orvane.
 # Usage: scripts/setup.sh [extra Debian packages...]
 set -euo pipefail
-packages=(cmake g++ make libgtest-dev libgmock-dev "$@")
+packages=(cmake g++ make libgtest-dev libgmock-dev
+  # receiver descriptions (JSON)
+  nlohmann-json3-dev
+  # the browser runner and its tests: QtWebKit, a virtual X server, a font
+  qtbase5-dev libqt5webkit5-dev xvfb xauth fonts-dejavu-core
+  "$@")
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

@@ -1,13 +1,15 @@
 #!/usr/bin/env bash
-# Sets up a fresh Debian machine, builds Orvane twice (plain, and with
-# AddressSanitizer + UndefinedBehaviorSanitizer) and runs every test.
+# Sets up a fresh Debian machine, builds Orvane twice (plain, with the
+# QtWebKit runner, and with AddressSanitizer + UndefinedBehaviorSanitizer)
+# and runs every test: the unit suites in both builds, the browser tests
+# (label e2e: pages run by orvane-run under Xvfb) in the plain one.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh
 jobs=2
 
 echo "== build (plain)"
-cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo -DORVANE_RUNNER=ON >/dev/null
 cmake --build build -j"$jobs"
 echo "== build (address and undefined-behaviour sanitizers)"
 cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DORVANE_SANITIZE=ON >/dev/null
@@ -18,5 +20,5 @@ scripts/check-exports.sh build/libnporvane.so
 
 echo "== tests (sanitizers)"
 ASAN_OPTIONS=detect_leaks=1 ctest --test-dir build-asan --output-on-failure -j"$jobs"
-echo "== tests (plain)"
+echo "== tests (plain: unit suites and browser tests)"
 ctest --test-dir build --output-on-failure -j"$jobs"

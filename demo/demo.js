@@ -1,0 +1,178 @@
+// The Orvane demo: an HbbTV application that takes its keys through the
+// keyset, binds to the broadcast, shows the channel with its now and next
+// programmes, changes channel with the arrow and number keys, lists the
+// channels, shows stream events and logs every event it receives.
+var demo = (function () {
+  var video = null;
+  var app = null;
+  var channels = null;   // the receiver's channel list
+  var focus = 0;         // highlighted entry of the list
+  var current = -1;      // index of the presented channel in the list
+  var streamUrl = 'dvb://current.ait/1.1';
+  var streamListener = null;
+  var start = new Date().getTime();
+
+  function $(id) { return document.getElementById(id); }
+
+  function log(text) {
+    var seconds = ((new Date().getTime() - start) / 1000).toFixed(2);
+    console.log('demo: ' + text);
+    var item = document.createElement('li');
+    item.appendChild(document.createTextNode(seconds + ' ' + text));
+    var list = $('event-log');
+    list.appendChild(item);
+    while (list.childNodes.length > 17) list.removeChild(list.firstChild);
+  }
+
+  function time(seconds) {
+    var d = new Date(seconds * 1000);
+    function two(n) { return (n < 10 ? '0' : '') + n; }
+    return two(d.getUTCHours()) + ':' + two(d.getUTCMinutes());
+  }
+
+  function describe(programme) {
+    if (!programme) return '-';
+    return time(programme.startTime) + '  ' + programme.name;
+  }
+
+  function showProgrammes() {
+    var now = null, next = null;
+    try {
+      var programmes = video.programmes;
+      if (programmes && programmes.length > 0) now = programmes.item(0);
+      if (programmes && programmes.length > 1) next = programmes.item(1);
+    } catch (e) {
+      log('no programme information: ' + e);
+    }
+    $('now').innerHTML = describe(now);
+    $('next').innerHTML = describe(next);
+  }
+
+  function drawChannels() {
+    var list = $('channel-list');
+    list.innerHTML = '';
+    if (!channels) return;
+    for (var i = 0; i < channels.length; i++) {
+      var channel = channels.item(i);
+      var item = document.createElement('li');
+      item.appendChild(document.createTextNode(channel.majorChannel + '  ' + channel.name));
+      var classes = [];
+      if (i === current) classes.push('current');
+      if (i === focus) classes.push('focus');
+      item.className = classes.join(' ');
+      list.appendChild(item);
+    }
+  }
+
+  function indexOf(channel) {
+    for (var i = 0; channels && i < channels.length; i++)
+      if (channels.item(i).ccid === channel.ccid) return i;
+    return -1;
+  }
+
+  function onStreamEvent(event) {
+    log('StreamEvent ' + event.name + ' ' + event.status + ' "' + event.data + '"');
+    $('stream').innerHTML = 'Stream event <b>' + event.name + '</b>: ' + event.data + ' (' + event.text + ')';
+  }
+
+  // The receiver schedules a channel's stream events for the listeners of
+  // that channel: listen again on each channel.
+  function listenToStream() {
+    if (streamListener) video.removeStreamEventListener(streamUrl, 'now', streamListener);
+    streamListener = onStreamEvent;
+    try {
+      video.addStreamEventListener(streamUrl, 'now', streamListener);
+    } catch (e) {
+      log('addStreamEventListener failed: ' + e);
+    }
+  }
+
+  function tune(index) {
+    if (!channels || index < 0 || index >= channels.length) return;
+    log('setChannel ' + channels.item(index).name);
+    video.setChannel(channels.item(index));
+  }
+
+  function onKey(e) {
+    var code = e.keyCode;
+    log('key ' + code);
+    if (code === VK_LEFT) {
+      video.prevChannel();
+    } else if (code === VK_RIGHT) {
+      video.nextChannel();
+    } else if (code === VK_UP) {
+      focus = Math.max(0, focus - 1);
+      drawChannels();
+    } else if (code === VK_DOWN) {
+      focus = Math.min(channels.length - 1, focus + 1);
+      drawChannels();
+    } else if (code === VK_ENTER) {
+      tune(focus);
+    } else if (code >= VK_0 && code <= VK_9) {
+      var number = code - VK_0;
+      for (var i = 0; i < channels.length; i++)
+        if (channels.item(i).majorChannel === number) tune(i);
+    } else if (code === VK_RED) {
+      var ui = $('ui');
+      ui.style.visibility = ui.style.visibility === 'hidden' ? 'visible' : 'hidden';
+    } else {
+      return;
+    }
+    e.preventDefault();
+  }
+
+  function init() {
+    video = $('video');
+    try {
+      app = $('appmgr').getOwnerApplication(document);
+      var keyset = app.privateData.keyset;
+      var granted = keyset.setValue(keyset.RED | keyset.NAVIGATION | keyset.NUMERIC);
+      log('keyset ' + granted + ' of ' + keyset.maximumValue);
+      app.show();
+    } catch (e) {
+      log('no application manager: ' + e);
+    }
+
+    video.onPlayStateChange = function (state, error) {
+      log('PlayStateChange ' + ['unrealized', 'connecting', 'presenting', 'stopped'][state] +
+          (error === undefined ? '' : ' error ' + error));
+    };
+    video.onChannelChangeSucceeded = function (channel) {
+      log('ChannelChangeSucceeded ' + channel.name);
+      $('channel').innerHTML = channel.majorChannel + ' ' + channel.name;
+      current = indexOf(channel);
+      focus = current;
+      drawChannels();
+      showProgrammes();
+      listenToStream();
+    };
+    video.onChannelChangeError = function (channel, error) {
+      log('ChannelChangeError ' + error);
+    };
+    video.onProgrammesChanged = function () {
+      log('ProgrammesChanged');
+      showProgrammes();
+    };
+    video.addEventListener('FullScreenChange', function () { log('FullScreenChange'); }, false);
+
+    try {
+      channels = video.getChannelConfig().channelList;
+      log(channels.length + ' channels');
+    } catch (e) {
+      log('no channel list: ' + e);
+    }
+    drawChannels();
+    document.addEventListener('keydown', onKey, false);
+    try {
+      video.bindToCurrentChannel();
+    } catch (e) {
+      // The plug-in reports the binding call to the engine as failed; the
+      // outcome comes as events.
+    }
+    log('bound to the current channel');
+  }
+
+  return { init: init };
+})();
+
+window.onload = demo.init;
