@@ -41,9 +41,14 @@ class BroadcastTest : public OrvaneTest {
     OrvaneTest::TearDown();
   }
 
+  // A method call; the receiver's reactions to it (events from the
+  // simulator's thread) have all happened when it returns, and wait in the
+  // browser's queue until the test pumps.
   bool Call(const char* method, std::vector<NPVariant> args = {}, NPVariant* result = nullptr) {
     NPVariant ignored = host::Void();
-    return host::Invoke(npp_, video_, method, args, result ? result : &ignored);
+    bool ok = host::Invoke(npp_, video_, method, args, result ? result : &ignored);
+    sim::WaitIdle();
+    return ok;
   }
   // A property read; `ok` receives the getProperty result.
   NPVariant Get(const char* name, bool* ok = nullptr) {
