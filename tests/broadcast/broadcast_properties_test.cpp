@@ -101,6 +101,28 @@ TEST_F(BroadcastTest, ObjectWithoutMiddlewareInstanceReadsNothing) {
   EXPECT_EQ(0u, sim::CountCalls("MwVideoSetPaintRect")) << "nothing to stop painting";
 }
 
+TEST_F(BroadcastTest, CreationFailuresReportShortMemory) {
+  host::FailRecordAllocation(1);
+  CaptureStdout();
+  NewPlugin("video/broadcast");
+  EXPECT_EQ(NPERR_OUT_OF_MEMORY_ERROR, last_error_);
+  EXPECT_EQ("ERROR [NPP_New:417] NPERR_OUT_OF_MEMORY_ERROR\n", GetCapturedStdout());
+  host::FailAllocation(1);  // the script object
+  NewPlugin("video/broadcast");
+  EXPECT_EQ(NPERR_OUT_OF_MEMORY_ERROR, last_error_);
+  EXPECT_EQ(1u, sim::BroadcastInstances().size()) << "no middleware instance for either";
+
+  // Without a style object full screen still reaches the middleware.
+  host::PageSpec spec;
+  spec.style_available = false;
+  NPP plain = NewPlugin("video/broadcast", {}, spec);
+  ASSERT_EQ(NPERR_NO_ERROR, last_error_);
+  NPVariant r = host::Void();
+  EXPECT_TRUE(host::Invoke(plain, Scriptable(plain), "setFullScreen", {host::Bool(true)}, &r));
+  EXPECT_EQ(1u, sim::CountCalls("MwBroadcastSetFullScreen"));
+  sim::WaitIdle();
+}
+
 TEST_F(BroadcastTest, EventPropertiesHoldOneListenerEach) {
   bool ok = true;
   EXPECT_EQ(NPVariantType_Null, Get("onChannelChangeError", &ok).type);
