@@ -38,7 +38,10 @@ void Call(const sim::Call& call) {
     op = op.mid(6);
   }
   QStringList args;
-  for (const std::string& a : call.args) args << QString::fromStdString(a);
+  // One line per call: texts that hold line breaks (an AIT, a stream-event
+  // description) are shown with them escaped.
+  for (const std::string& a : call.args)
+    args << QString::fromStdString(a).replace('\r', "").replace('\n', "\\n");
   Line(what, op + "(" + args.join(", ") + ")");
 }
 
