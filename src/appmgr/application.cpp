@@ -41,14 +41,8 @@ void CreateApplication(HandleRecord* r, const NPVariant& uri, bool child, NPVari
 }
 
 struct Application : KindDefaults<Application> {
-  static NameTable& Properties() {
-    static NameTable t(kPropertyNames);
-    return t;
-  }
-  static NameTable& Methods() {
-    static NameTable t(kMethodNames);
-    return t;
-  }
+  ORV_PROPERTY_TABLE(kPropertyNames)
+  ORV_METHOD_TABLE(kMethodNames)
 
   static void Deallocate(NPObject* object) { FreeHandleObject(&g_applications, object); }
 

@@ -52,14 +52,8 @@ void GetOwnerApplication(AppMgrRecord* r, const NPVariant& document, NPVariant* 
 }
 
 struct ApplicationManager : KindDefaults<ApplicationManager> {
-  static NameTable& Properties() {
-    static NameTable t(kPropertyNames);
-    return t;
-  }
-  static NameTable& Methods() {
-    static NameTable t(kMethodNames);
-    return t;
-  }
+  ORV_PROPERTY_TABLE(kPropertyNames)
+  ORV_METHOD_TABLE(kMethodNames)
 
   // The record outlives its object until the instance goes.
   static void Deallocate(NPObject* object) {

@@ -1,6 +1,5 @@
 #include "appmgr/keyset.h"
 
-#include <cmath>
 #include <cstdint>
 
 #include "appmgr/handle_record.h"
@@ -29,22 +28,12 @@ int32_t Mask(const NPVariant* args, uint32_t count) {
   if (count < 1) return 0;
   if (args[0].type == NPVariantType_Int32) return args[0].value.intValue;
   if (args[0].type != NPVariantType_Double) return 0;
-  double d = std::trunc(args[0].value.doubleValue);
-  if (std::isnan(d)) return 0;
-  if (d <= INT32_MIN) return INT32_MIN;
-  if (d >= INT32_MAX) return INT32_MAX;
-  return static_cast<int32_t>(d);
+  return NP_UtilsDoubleToInt32(args[0].value.doubleValue);
 }
 
 struct Keyset : KindDefaults<Keyset> {
-  static NameTable& Properties() {
-    static NameTable t(kPropertyNames);
-    return t;
-  }
-  static NameTable& Methods() {
-    static NameTable t(kMethodNames);
-    return t;
-  }
+  ORV_PROPERTY_TABLE(kPropertyNames)
+  ORV_METHOD_TABLE(kMethodNames)
 
   static void Deallocate(NPObject* object) { FreeHandleObject(&g_keysets, object); }
 

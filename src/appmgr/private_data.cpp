@@ -33,14 +33,8 @@ bool ObjectResult(NPP instance, MwHandle handle, NPObject* (*create)(NPP, MwHand
 }
 
 struct PrivateData : KindDefaults<PrivateData> {
-  static NameTable& Properties() {
-    static NameTable t(kPropertyNames);
-    return t;
-  }
-  static NameTable& Methods() {
-    static NameTable t(kMethodNames);
-    return t;
-  }
+  ORV_PROPERTY_TABLE(kPropertyNames)
+  ORV_METHOD_TABLE(kMethodNames)
 
   static void Deallocate(NPObject* object) { FreeHandleObject(&g_private_data, object); }
 

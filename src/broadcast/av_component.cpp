@@ -35,10 +35,7 @@ const char* const kPropertyNames[] = {
 };
 
 struct AVComponent : KindDefaults<AVComponent> {
-  static NameTable& Properties() {
-    static NameTable t(kPropertyNames);
-    return t;
-  }
+  ORV_PROPERTY_TABLE(kPropertyNames)
 
   static void Deallocate(NPObject* object) {
     ComponentRecord* r = FindByObject(g_components, object);

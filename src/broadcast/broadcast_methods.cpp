@@ -1,5 +1,4 @@
 // The broadcast object's methods.
-#include <cmath>
 #include <cstring>
 
 #include "broadcast/av_component.h"
@@ -157,11 +156,7 @@ bool SelectComponent(BroadcastRecord* r, const NPVariant* args, uint32_t count, 
 int32_t Duration(const NPVariant& v) {
   if (v.type == NPVariantType_Int32) return v.value.intValue;
   if (v.type != NPVariantType_Double) return 0;
-  double d = std::trunc(v.value.doubleValue);
-  if (!(d == d)) return 0;  // NaN
-  if (d >= 2147483647.0) return INT32_MAX;
-  if (d <= -2147483648.0) return INT32_MIN;
-  return static_cast<int32_t>(d);
+  return NP_UtilsDoubleToInt32(v.value.doubleValue);
 }
 
 bool RecordNow(BroadcastRecord* r, const NPVariant* args, uint32_t count, NPVariant* result) {

@@ -50,10 +50,7 @@ void Release(MwHandle handle) {
 }
 
 struct Channel : KindDefaults<Channel> {
-  static NameTable& Properties() {
-    static NameTable t(kPropertyNames);
-    return t;
-  }
+  ORV_PROPERTY_TABLE(kPropertyNames)
 
   static void Deallocate(NPObject* object) {
     ChannelRecord* r = FindByObject(g_channels, object);

@@ -16,10 +16,7 @@ const char* const kPropertyNames[] = {"channelList", "genres"};
 struct ChannelConfig : KindDefaults<ChannelConfig> {
   static constexpr bool kStubResult = false;
 
-  static NameTable& Properties() {
-    static NameTable t(kPropertyNames);
-    return t;
-  }
+  ORV_PROPERTY_TABLE(kPropertyNames)
 
   static void Deallocate(NPObject* object) {
     ChannelConfigRecord* r = FindChanconfigHandle(object);

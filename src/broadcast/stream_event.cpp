@@ -36,10 +36,7 @@ enum Property { kName, kData, kText, kStatus };
 const char* const kPropertyNames[] = {"name", "data", "text", "status"};
 
 struct StreamEvent : KindDefaults<StreamEvent> {
-  static NameTable& Properties() {
-    static NameTable t(kPropertyNames);
-    return t;
-  }
+  ORV_PROPERTY_TABLE(kPropertyNames)
 
   static void Deallocate(NPObject* object) {
     StreamEventRecord* r = FindByObject(g_events, object);

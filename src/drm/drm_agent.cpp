@@ -35,14 +35,8 @@ bool TypeMatches(const MwString& type, const char* name) {
 }
 
 struct DrmAgent : KindDefaults<DrmAgent> {
-  static NameTable& Properties() {
-    static NameTable t(kPropertyNames);
-    return t;
-  }
-  static NameTable& Methods() {
-    static NameTable t(kMethodNames);
-    return t;
-  }
+  ORV_PROPERTY_TABLE(kPropertyNames)
+  ORV_METHOD_TABLE(kMethodNames)
 
   static void Deallocate(NPObject* object) {
     if (DrmAgentRecord* r = Find(object)) r->object = nullptr;

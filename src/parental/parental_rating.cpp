@@ -22,10 +22,7 @@ enum Property { kName, kScheme, kValue, kLabels, kRegion };
 const char* const kPropertyNames[] = {"name", "scheme", "value", "labels", "region"};
 
 struct ParentalRating : KindDefaults<ParentalRating> {
-  static NameTable& Properties() {
-    static NameTable t(kPropertyNames);
-    return t;
-  }
+  ORV_PROPERTY_TABLE(kPropertyNames)
 
   static void Deallocate(NPObject* object) {
     RatingRecord* r = FindByObject(g_ratings, object);

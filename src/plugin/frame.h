@@ -56,6 +56,18 @@ class NameTable {
   int done_ = 0;
 };
 
+// A kind's tables from its arrays of names.
+#define ORV_PROPERTY_TABLE(names)          \
+  static NameTable& Properties() {         \
+    static NameTable table(names);         \
+    return table;                          \
+  }
+#define ORV_METHOD_TABLE(names)            \
+  static NameTable& Methods() {            \
+    static NameTable table(names);         \
+    return table;                          \
+  }
+
 template <class K>
 struct KindDefaults {
   static constexpr bool kStubResult = true;

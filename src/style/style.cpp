@@ -7,6 +7,7 @@
 #include "plugin/record.h"
 #include "style/style.h"
 #include "style/style_internal.h"
+#include "utils/convert.h"
 #include "utils/record_alloc.h"
 
 const char* const kStyleKeyNames[kStyleKeyCount] = {
@@ -41,15 +42,7 @@ int32_t LayoutValue(NPP instance, NPObject* object, DomName name) {
   switch (v.type) {
     case NPVariantType_Bool: value = v.value.boolValue ? 1 : 0; break;
     case NPVariantType_Int32: value = v.value.intValue; break;
-    case NPVariantType_Double: {
-      double d = v.value.doubleValue;
-      // Truncated toward zero; values beyond 32 bits saturate.
-      if (d != d) value = 0;
-      else if (d >= 2147483647.0) value = INT32_MAX;
-      else if (d <= -2147483648.0) value = INT32_MIN;
-      else value = static_cast<int32_t>(d);
-      break;
-    }
+    case NPVariantType_Double: value = NP_UtilsDoubleToInt32(v.value.doubleValue); break;
     case NPVariantType_String: {
       TextCursor text{v.value.stringValue.UTF8Characters,
                       v.value.stringValue.UTF8Characters + v.value.stringValue.UTF8Length};

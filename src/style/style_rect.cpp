@@ -8,6 +8,7 @@
 #include "plugin/record.h"
 #include "style/style.h"
 #include "style/style_internal.h"
+#include "utils/convert.h"
 #include "utils/record_alloc.h"
 
 uint32_t g_width = 0;
@@ -49,14 +50,7 @@ int32_t ReadStyleValue(NPP instance, NPObject* style, StyleKey key) {
   switch (v.type) {
     case NPVariantType_Bool: value = v.value.boolValue ? 1 : 0; break;
     case NPVariantType_Int32: value = v.value.intValue; break;
-    case NPVariantType_Double: {
-      double d = v.value.doubleValue;
-      if (d != d) value = 0;
-      else if (d >= 2147483647.0) value = INT32_MAX;
-      else if (d <= -2147483648.0) value = INT32_MIN;
-      else value = static_cast<int32_t>(d);
-      break;
-    }
+    case NPVariantType_Double: value = NP_UtilsDoubleToInt32(v.value.doubleValue); break;
     case NPVariantType_String: {
       TextCursor text = StringText(v);
       if (key == kKeyPosition) value = PositionIndex(text);

@@ -82,6 +82,13 @@ int NP_UtilsGetU32BIT(const NPVariant* variant, uint32_t* out) {
   return 0;
 }
 
+int32_t NP_UtilsDoubleToInt32(double value) {
+  if (!(value == value)) return 0;
+  if (value >= 2147483647.0) return INT32_MAX;
+  if (value <= -2147483648.0) return INT32_MIN;
+  return static_cast<int32_t>(value);
+}
+
 int NP_UtilsStringIsNumeric(const char* text) {
   for (; *text; text++)
     if (*text < '0' || *text > '9') return 0;

@@ -20,6 +20,9 @@ void NP_UtilsHbbtvStringToResult(MwHandle string, NPVariant* result);
 void NP_UtilsArrayToResult(NPP instance, const int32_t* values, uint32_t count, NPVariant* result);
 // An unsigned 32-bit number from an Int32 or Double variant; 0 for any other type.
 int NP_UtilsGetU32BIT(const NPVariant* variant, uint32_t* out);
+// A script number as a signed 32-bit integer: truncated toward zero,
+// saturated at the 32-bit limits, NaN as 0.
+int32_t NP_UtilsDoubleToInt32(double value);
 // 1 when every character is a decimal digit (the empty text included).
 int NP_UtilsStringIsNumeric(const char* text);
 // The first record of a list that carries `handle`.
