@@ -155,15 +155,8 @@ AppMgrRecord* ApplicationManagerCreate(NPP instance) {
   // Interned again on every call; harmless, the browser keeps one identifier per name.
   ApplicationManager::Properties().Intern(true);
   ApplicationManager::Methods().Intern(true);
-  AppMgrRecord* r = RecordNew<AppMgrRecord>();
+  AppMgrRecord* r = NewInstanceRecord<AppMgrRecord, ApplicationManager>(instance, kKindApplicationManager);
   if (!r) return nullptr;
-  r->object = NPN_CreateObject(instance, ScriptClass<ApplicationManager>::Class());
-  if (!r->object) {
-    RecordFree(r);
-    return nullptr;
-  }
-  r->instance = instance;
-  r->kind = kKindApplicationManager;
   r->handle = MwAppManagerCreate(r->object);
   PushFront<ObjectRecord>(&g_managers, r);
   return r;

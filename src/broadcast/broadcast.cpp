@@ -113,15 +113,8 @@ void BroadcastInit() {
 BroadcastRecord* BroadcastCreate(NPP instance, const char*) {
   BroadcastProperties().Intern();
   BroadcastMethods().Intern();
-  BroadcastRecord* r = RecordNew<BroadcastRecord>();
+  BroadcastRecord* r = NewInstanceRecord<BroadcastRecord, Broadcast>(instance, kKindBroadcast);
   if (!r) return nullptr;
-  r->object = NPN_CreateObject(instance, ScriptClass<Broadcast>::Class());
-  if (!r->object) {
-    RecordFree(r);
-    return nullptr;
-  }
-  r->instance = instance;
-  r->kind = kKindBroadcast;
   r->nextStreamEventKind = kFirstStreamEventKind;
   r->handle = MwBroadcastCreate(r->object);
   PushFront<ObjectRecord>(&g_broadcasts, r);

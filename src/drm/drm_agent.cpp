@@ -123,15 +123,8 @@ extern const InstanceKind kDrmAgentKind = {
 DrmAgentRecord* OipfDrmAgentCreate(NPP instance) {
   DrmAgent::Properties().Intern();
   DrmAgent::Methods().Intern();
-  DrmAgentRecord* r = RecordNew<DrmAgentRecord>();
+  DrmAgentRecord* r = NewInstanceRecord<DrmAgentRecord, DrmAgent>(instance, kKindDrmAgent);
   if (!r) return nullptr;
-  r->object = NPN_CreateObject(instance, ScriptClass<DrmAgent>::Class());
-  if (!r->object) {
-    RecordFree(r);
-    return nullptr;
-  }
-  r->instance = instance;
-  r->kind = kKindDrmAgent;
   r->handle = MwDrmAgentCreate(r->object);
   PushFront<ObjectRecord>(&g_agents, r);
   return r;

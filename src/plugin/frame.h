@@ -21,6 +21,8 @@
 
 #include "plugin/browser.h"
 #include "plugin/npapi.h"
+#include "plugin/record.h"
+#include "utils/record_alloc.h"
 
 // A kind's names, turned into identifiers once (or on every Intern(true)).
 class NameTable {
@@ -120,5 +122,21 @@ NPClass ScriptClass<K>::klass_ = {
     &ScriptClass<K>::InvokeDefault, &ScriptClass<K>::HasProperty, &ScriptClass<K>::GetProperty,
     &ScriptClass<K>::SetProperty, &ScriptClass<K>::RemoveProperty, &ScriptClass<K>::Enumerate,
     &ScriptClass<K>::Construct};
+
+// A zeroed record of a page-instance kind with its script object made
+// (instance and kind filled in), or null when either cannot be had.
+template <class R, class K>
+R* NewInstanceRecord(NPP instance, uint32_t kind) {
+  R* r = RecordNew<R>();
+  if (!r) return nullptr;
+  r->object = NPN_CreateObject(instance, ScriptClass<K>::Class());
+  if (!r->object) {
+    RecordFree(r);
+    return nullptr;
+  }
+  r->instance = instance;
+  r->kind = kind;
+  return r;
+}
 
 #endif
