@@ -5,6 +5,9 @@
 #include <cstdio>
 #include <mutex>
 
+#include "sim/core.h"
+#include "sim/receiver.h"
+
 namespace runlog {
 namespace {
 
@@ -16,6 +19,22 @@ QElapsedTimer& Clock() {
 std::mutex& Out() {
   static std::mutex mu;
   return mu;
+}
+
+// What an event's handle argument names, for the strings and channels that
+// events carry: `288 "msg-1"`, `263 (Orvane Two)`. Handles start at 256, so
+// the small numbers events also carry (states, errors) are left alone.
+QString Annotated(const std::string& arg) {
+  QString text = QString::fromStdString(arg);
+  bool number = false;
+  unsigned long handle = text.toULong(&number);
+  if (!number || handle < 256) return text;
+  std::shared_ptr<sim::Object> object = sim::Lookup(static_cast<MwHandle>(handle));
+  if (auto s = std::dynamic_pointer_cast<sim::StringObject>(object))
+    return text + " \"" + QString::fromStdString(s->text) + "\"";
+  if (auto c = std::dynamic_pointer_cast<sim::ChannelObject>(object))
+    return text + " (" + QString::fromStdString(c->name) + ")";
+  return text;
 }
 
 }  // namespace
@@ -33,7 +52,8 @@ void Line(const char* what, const QString& text) {
 void Call(const sim::Call& call) {
   QString op = QString::fromStdString(call.op);
   const char* what = "call";
-  if (op.startsWith("event:")) {
+  bool event = op.startsWith("event:");
+  if (event) {
     what = "event";
     op = op.mid(6);
   }
@@ -41,7 +61,7 @@ void Call(const sim::Call& call) {
   // One line per call: texts that hold line breaks (an AIT, a stream-event
   // description) are shown with them escaped.
   for (const std::string& a : call.args)
-    args << QString::fromStdString(a).replace('\r', "").replace('\n', "\\n");
+    args << (event ? Annotated(a) : QString::fromStdString(a)).replace('\r', "").replace('\n', "\\n");
   Line(what, op + "(" + args.join(", ") + ")");
 }
 

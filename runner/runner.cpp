@@ -1,12 +1,10 @@
 #include "runner/runner.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QFileInfo>
 #include <QImage>
 #include <QTimer>
 #include <QWebFrame>
-#include <QWebView>
 
 #include "runner/keys.h"
 #include "runner/log.h"
