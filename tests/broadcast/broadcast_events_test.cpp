@@ -110,18 +110,6 @@ TEST_F(BroadcastEventTest, EventsForUnknownHandlesAreDroppedAndTheirHandlesRelea
   EXPECT_EQ(1u, sim::HeldHandles()) << "only the broadcast instance:\n" << sim::HeldHandlesReport();
 }
 
-TEST_F(BroadcastEventTest, EventsFromTheSimulatorThreadWaitForThePump) {
-  NPObject* position = Listen("PlayPositionChanged");
-  MwHandle h = handle_;
-  const MwEventCallbacks* cb = cb_;
-  sim::OnSimThread([cb, h] { cb->Broadcast_onPlayPositionChanged(h, 77); }, 2);
-  sim::WaitIdle();
-  EXPECT_TRUE(host::Calls(position).empty());
-  EXPECT_EQ(1u, host::Pending());
-  host::Pump();
-  EXPECT_EQ(V{"77"}, Args(position));
-}
-
 TEST_F(BroadcastEventTest, ShortMemoryDropsEventsWithoutLeaking) {
   NPObject* succeeded = Listen("ChannelChangeSucceeded");
   NPObject* drm = Listen("DRMRightsError");

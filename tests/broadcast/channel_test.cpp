@@ -24,11 +24,6 @@ class ChannelTest : public OrvaneTest {
     EXPECT_TRUE(host::Get(npp_, o, name, &v)) << name;
     return v;
   }
-  int32_t Int(NPObject* o, const char* name) {
-    NPVariant v = Read(o, name);
-    EXPECT_EQ(NPVariantType_Int32, v.type) << name;
-    return v.value.intValue;
-  }
   bool Bool(NPObject* o, const char* name) {
     NPVariant v = Read(o, name);
     EXPECT_EQ(NPVariantType_Bool, v.type) << name;
@@ -53,7 +48,6 @@ TEST_F(ChannelTest, SecondCreateSharesTheObjectAndGivesItsHandleBack) {
   EXPECT_EQ(a, b);
   EXPECT_EQ(2u, host::RefCount(a));
   EXPECT_EQ(1, sim::RefsOf(first_)) << "the second reference was released at once";
-  EXPECT_EQ(1u, sim::CountCalls("MwObjectRelease"));
   EXPECT_EQ(first_, ChannelGetHandle(a));
 
   Drop(b);
@@ -69,17 +63,10 @@ TEST_F(ChannelTest, SecondCreateSharesTheObjectAndGivesItsHandleBack) {
   Drop(c);
 }
 
-TEST_F(ChannelTest, PropertiesAnswerFromTheMiddleware) {
+TEST_F(ChannelTest, FlagsAreNonZeroAndMissingValuesFailOrAreNull) {
   NPObject* ch = ChannelCreate(npp_, sim::Ref(first_));
   ASSERT_NE(nullptr, ch);
-  EXPECT_EQ(2, Int(ch, "TYPE_OTHER"));
-  EXPECT_EQ(256, Int(ch, "TYPE_HBBTV_DATA"));
   EXPECT_EQ("dsd:8468.4100", Text(ch, "dsd"));
-  EXPECT_EQ("One", Text(ch, "shortName"));
-  EXPECT_EQ(12339, Int(ch, "nid"));
-  EXPECT_EQ(1, Int(ch, "majorChannel"));
-  EXPECT_FALSE(Bool(ch, "hidden"));
-
   // Flags are booleans of "non-zero"; the running status is no DVB code.
   sim::Force("MwChannelGetRunningStatus", 4);
   sim::Force("MwChannelIsLocked", 2);
@@ -90,23 +77,14 @@ TEST_F(ChannelTest, PropertiesAnswerFromTheMiddleware) {
   sim::Force("MwChannelGetMajorChannel", -1);
   EXPECT_FALSE(host::Get(npp_, ch, "majorChannel", &v)) << "no major channel: the read fails";
   sim::ForceString("MwChannelGetName", nullptr);
-  v = Read(ch, "name");
-  EXPECT_EQ(NPVariantType_Null, v.type);
-
-  EXPECT_FALSE(host::Get(npp_, ch, "frequency", &v));
+  EXPECT_EQ(NPVariantType_Null, Read(ch, "name").type);
   EXPECT_FALSE(host::Set(npp_, ch, "name", host::Str("x")));
   Drop(ch);
-}
 
-TEST_F(ChannelTest, HandleOfAnythingElseIsZero) {
-  EXPECT_EQ(0u, ChannelGetHandle(nullptr));
-  host::Page* page = host::PageOf(npp_);
-  EXPECT_EQ(0u, ChannelGetHandle(host::Window(page)));
-  // An object without a handle reads nothing.
+  // Anything but a channel has handle 0; a channel without a handle reads nothing.
+  EXPECT_EQ(0u, ChannelGetHandle(host::Window(host::PageOf(npp_))));
   NPObject* empty = ChannelCreate(npp_, 0);
   ASSERT_NE(nullptr, empty);
-  EXPECT_EQ(0u, ChannelGetHandle(empty));
-  NPVariant v = host::Void();
   EXPECT_FALSE(host::Get(npp_, empty, "TYPE_TV", &v));
   Drop(empty);
 }

@@ -23,22 +23,6 @@ const MwEventCallbacks kTable = [] {
     MwObjectRelease(search);
   };
   t.AVControl_onPlayStateChange = [](MwHandle player) { Record("AVControl_onPlayStateChange", {player}); };
-  t.AVControl_onFullScreenChange = [](MwHandle player) { Record("AVControl_onFullScreenChange", {player}); };
-  t.AVControl_onPlayPositionChanged = [](MwHandle player, int32_t position) {
-    Record("AVControl_onPlayPositionChanged", {player, position});
-  };
-  t.AVControl_onDRMRightsError = [](MwHandle player, int32_t state, MwHandle content, MwHandle system,
-                                    MwHandle issuer) {
-    Record("AVControl_onDRMRightsError", {player, state, content, system, issuer});
-    for (MwHandle h : {content, system, issuer})
-      if (h) MwObjectRelease(h);
-  };
-  t.LocalSystem_onPvrStatusChange = [](MwHandle local, int32_t status) {
-    Record("LocalSystem_onPvrStatusChange", {local, status});
-  };
-  t.NetworkInterface_onNetworkStatusChange = [](MwHandle nif, int32_t status) {
-    Record("NetworkInterface_onNetworkStatusChange", {nif, status});
-  };
   return t;
 }();
 
