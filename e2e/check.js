@@ -1,6 +1,6 @@
-// The browser tests' reporting: each page ends with one console line, "PASS"
-// or "FAIL: " and the reasons, which orvane-run --result turns into its exit
-// code. Uncaught script errors and a page's own deadline fail the page.
+// The browser tests' reporting: each page ends with one console line, "PASS",
+// "FAIL: " and the reasons, or "SKIP: " and why the test cannot run in this
+// build, which orvane-run --result turns into its exit code. Uncaught script errors and a page's own deadline fail the page.
 var check = (function () {
   var failures = [];
   var finished = false;
@@ -55,6 +55,11 @@ var check = (function () {
           finish();
         }
       };
+    },
+    skip: function (why) {
+      if (finished) return;
+      finished = true;
+      console.log('SKIP: ' + why);
     },
     fail: function (why) {
       failures.push(why);

@@ -18,8 +18,9 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
   QCommandLineOption screenshot({"s", "screenshot"}, "PNG file of the screen written when the run ends.", "file");
   QCommandLineOption timeout({"t", "timeout"}, "End the run after this many seconds (10; 0: never).", "seconds");
   QCommandLineOption stop_on("stop-on", "End the run when a console message contains this text (repeatable).", "text");
-  QCommandLineOption result("result", "The page reports on the console a line beginning PASS or FAIL; the run ends there, "
-                                      "and its exit code is 0 for PASS, 1 for FAIL, 2 when neither came in time.");
+  QCommandLineOption result("result", "The page reports on the console a line beginning PASS, FAIL or SKIP; the run ends "
+                                      "there, and its exit code is 0 for PASS, 1 for FAIL, 77 for SKIP, 2 when none came "
+                                      "in time.");
   QCommandLineOption print_text("print-text", "Print the text the page shows when the run ends.");
   QCommandLineOption expect_text("expect-text", "The page must show this text when the run ends, or the exit code "
                                                "is 1 (repeatable).", "text");

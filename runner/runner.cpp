@@ -122,6 +122,7 @@ void Runner::OnConsole(const QString& message) {
   if (options_.result) {
     if (message.startsWith("PASS")) return Finish(0, "the page passed");
     if (message.startsWith("FAIL")) return Finish(1, "the page failed");
+    if (message.startsWith("SKIP")) return Finish(77, "the page skipped its test");
   }
   for (const QString& text : options_.stop_on)
     if (message.contains(text)) return Finish(0, "stop text \"" + text + "\" seen");
