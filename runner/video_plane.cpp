@@ -1,13 +1,12 @@
 #include "runner/video_plane.h"
 
 #include <QMetaObject>
-#include <mutex>
 #include <QPainter>
+#include <mutex>
 
 #include "sim/receiver.h"
 
 namespace {
-
 
 int Number(const sim::Call& c, size_t i) {
   if (i >= c.args.size()) return 0;
@@ -69,10 +68,10 @@ void VideoPlane::Apply(const sim::Call& c) {
   if (c.op == "MwBroadcastSetVideoRect") {
     videos_[handle].rect = QRect(Number(c, 1), Number(c, 2), Number(c, 3), Number(c, 4));
   } else if (c.op == "MwVideoSetPaintRect") {
-    // Comes with every paint of the page: repainting for it would never end.
-    QRect r = RectArg(c, 0);
-    if (r == paint_rect_) return;
-    paint_rect_ = r;
+    // Comes with every paint of the page (repainting for it would never end);
+    // only stands in for a video rectangle the middleware was not given.
+    paint_rect_ = RectArg(c, 0);
+    return;
   } else if (c.op == "MwBroadcastSetFullScreen") {
     videos_[handle].full_screen = Number(c, 1) != 0;
   } else if (c.op == "event:Broadcast_onPlayStateChange") {
