@@ -23,6 +23,7 @@ if readelf -d "$lib" | grep NEEDED | grep -vE 'lib(c|m|stdc\+\+|gcc_s|asan|ubsan
   echo "unexpected library dependency"
   fail=1
 fi
-nm -D --undefined-only "$lib" | grep -q ' Mw' || { echo "no middleware imports found"; fail=1; }
+imports=$(nm -D --undefined-only "$lib" | awk '{print $2}')
+grep -q '^Mw' <<<"$imports" || { echo "no middleware imports found"; fail=1; }
 [ $fail -eq 0 ] && echo "exports: $(wc -l <<<"$exported") names, no middleware dependency"
 exit $fail
