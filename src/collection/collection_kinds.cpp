@@ -13,9 +13,11 @@
 
 #include "broadcast/av_component.h"
 #include "broadcast/channel.h"
+#include "broadcast/programme.h"
 #include "middleware/types.h"
 #include "parental/parental_rating.h"
 #include "plugin/browser.h"
+#include "recording/scheduled_recording.h"
 #include "utils/convert.h"
 
 namespace {
@@ -45,11 +47,11 @@ const KindProperty kSearchProperties[] = {
 const CollectionKindInfo kKinds[kCollectionKindCount] = {
     /* 0 strings (converted) */ {nullptr, false, nullptr, 0, nullptr, 0},
     /* 1 channels */ {ChannelCreate, true, nullptr, 0, ORV_ENTRIES(kChannelMethods)},
-    /* 2 programmes */ {nullptr, false, nullptr, 0, nullptr, 0},
+    /* 2 programmes */ {ProgrammeCreateTakingHandle, true, nullptr, 0, nullptr, 0},
     /* 3 AV components */ {AVComponentCreate, false, nullptr, 0, nullptr, 0},
     /* 4 parental ratings */ {ParentalRatingCreate, false, nullptr, 0, ORV_ENTRIES(kRatingMethods)},
     /* 5 rating schemes */ {nullptr, false, nullptr, 0, ORV_ENTRIES(kSchemeMethods)},
-    /* 6 scheduled recordings */ {nullptr, false, nullptr, 0, nullptr, 0},
+    /* 6 scheduled recordings */ {ScheduledRecordingCreate, true, nullptr, 0, nullptr, 0},
     /* 7 network interfaces */ {nullptr, false, nullptr, 0, nullptr, 0},
     /* 8 media assets (counted only) */ {nullptr, false, nullptr, 0, nullptr, 0},
     /* 9 search results */

@@ -1,0 +1,204 @@
+#include "broadcast/programme.h"
+
+#include "collection/collection.h"
+#include "middleware/broadcast.h"
+#include "plugin/frame.h"
+#include "plugin/record.h"
+#include "recording/scheduled_recording.h"
+#include "utils/convert.h"
+#include "utils/record_alloc.h"
+
+namespace {
+
+struct ProgrammeRecord {
+  NPObject* object;
+  NPP instance;     // passed on to the collections and recordings it makes
+  MwHandle handle;  // owned; released when the object goes
+  ProgrammeRecord* next;
+};
+
+ProgrammeRecord* g_programmes = nullptr;
+
+enum Property {
+  kName,
+  kProgrammeId,
+  kProgrammeIdType,
+  kDescription,
+  kLongDescription,
+  kStartTime,
+  kDuration,
+  kChannelId,
+  kParentalRatings,
+  kAudioType,
+  kIsMultilingual,
+  kAudioLanguages,
+  kIsHd,
+  kHasAudioDescription,
+  kHasSignLanguage,
+  kGenre,
+  kHasGuidance,
+  kGuidance,
+  kMediaAssets,
+  kPromotionalContentText,
+  kHasHdSimulcast,
+  kCrids,
+  kHasRecording,
+  kRecording,
+};
+
+const char* const kPropertyNames[] = {
+    "name",          "programmeID",     "programmeIDType", "description",
+    "longDescription", "startTime",     "duration",        "channelID",
+    "parentalRatings", "audioType",     "isMultilingual",  "audioLanguages",
+    "isHD",          "hasAudioDescription", "hasSignLanguage", "genre",
+    "hasGuidance",   "guidance",        "mediaAssets",     "promotionalContentText",
+    "hasHDSimulcast", "CRIDS",          "hasRecording",    "recording",
+};
+const char* const kMethodNames[] = {"getSIDescriptors"};
+
+ProgrammeRecord* Find(NPObject* object) { return FindByObject(g_programmes, object); }
+
+// A list property: a collection of `kind`, or Null and a failed read when
+// there is no list or no collection could be made.
+bool ListToResult(ProgrammeRecord* r, MwHandle list, uint32_t kind, NPVariant* result) {
+  NPObject* collection = list ? CollectionCreate(r->instance, list, kind) : nullptr;
+  SetObjectOrNull(result, collection);
+  return collection != nullptr;
+}
+
+bool Flag(int32_t value, NPVariant* result) {
+  SetBool(result, value != 0);
+  return true;
+}
+
+bool Int(int32_t value, NPVariant* result) {
+  SetInt(result, value);
+  return true;
+}
+
+bool Text(MwHandle string, NPVariant* result) {
+  NP_UtilsHbbtvStringToResult(string, result);
+  return true;
+}
+
+// No recording reads as undefined and the read succeeds: unlike the list
+// properties, which give Null and fail. Intended.
+bool Recording(ProgrammeRecord* r, NPVariant* result) {
+  MwHandle recording = MwProgrammeGetRecording(r->handle);
+  if (!recording) {
+    SetVoid(result);
+    return true;
+  }
+  SetObjectOrNull(result, ScheduledRecordingCreate(r->instance, recording));
+  return true;
+}
+
+struct Programme : KindDefaults<Programme> {
+  ORV_PROPERTY_TABLE(kPropertyNames)
+  ORV_METHOD_TABLE(kMethodNames)
+
+  static void Deallocate(NPObject* object) {
+    ProgrammeRecord* r = Find(object);
+    if (!r) return;
+    if (r->handle) MwObjectRelease(r->handle);
+    Unlink(&g_programmes, r);
+    RecordFree(r);
+  }
+
+  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
+    ProgrammeRecord* r = Find(object);
+    if (!r) return false;
+    MwHandle h = r->handle;
+    switch (Properties().Find(id)) {
+      case kName: return Text(MwProgrammeGetName(h), result);
+      case kProgrammeId: return Text(MwProgrammeGetProgrammeID(h), result);
+      case kProgrammeIdType: return Int(MwProgrammeGetProgrammeIDType(h), result);
+      case kDescription: return Text(MwProgrammeGetDescription(h), result);
+      case kLongDescription: return Text(MwProgrammeGetLongDescription(h), result);
+      case kStartTime: return Int(MwProgrammeGetStartTime(h), result);
+      case kDuration: return Int(MwProgrammeGetDuration(h), result);
+      case kChannelId: return Text(MwProgrammeGetChannelID(h), result);
+      case kParentalRatings:
+        return ListToResult(r, MwProgrammeGetParentalRatings(h), kCollectionRatings, result);
+      case kAudioType: return Int(MwProgrammeGetAudioType(h), result);
+      case kIsMultilingual: return Flag(MwProgrammeIsMultilingual(h), result);
+      case kAudioLanguages:
+        return ListToResult(r, MwProgrammeGetAudioLanguages(h), kCollectionStrings, result);
+      case kIsHd: return Flag(MwProgrammeIsHD(h), result);
+      case kHasAudioDescription: return Flag(MwProgrammeHasAudioDescription(h), result);
+      case kHasSignLanguage: return Flag(MwProgrammeHasSignLanguage(h), result);
+      case kGenre: return ListToResult(r, MwProgrammeGetGenre(h), kCollectionStrings, result);
+      case kHasGuidance: return Flag(MwProgrammeHasGuidance(h), result);
+      case kGuidance: return ListToResult(r, MwProgrammeGetGuidance(h), kCollectionStrings, result);
+      case kMediaAssets:
+        return ListToResult(r, MwProgrammeGetMediaAssets(h), kCollectionMediaAssets, result);
+      case kPromotionalContentText: return Text(MwProgrammeGetPromotionalContentText(h), result);
+      case kHasHdSimulcast: return Flag(MwProgrammeHasHDSimulcast(h), result);
+      case kCrids: return ListToResult(r, MwProgrammeGetCRIDS(h), kCollectionStrings, result);
+      case kHasRecording: return Flag(MwProgrammeHasRecording(h), result);
+      case kRecording: return Recording(r, result);
+      default: return false;
+    }
+  }
+
+  // getSIDescriptors(descriptorTag [, descriptorTagExtension]): a collection
+  // of descriptor strings, or Null when there are none.
+  static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
+                     NPVariant* result) {
+    ProgrammeRecord* r = Find(object);
+    if (!r || Methods().Find(id) != 0) return false;
+    uint32_t tag;
+    if (count < 1 || count > 2 || !NP_UtilsGetU32BIT(&args[0], &tag)) return false;
+    // An extension that cannot be read counts as none given: intended.
+    int32_t extension = -1;
+    uint32_t value;
+    if (count == 2 && NP_UtilsGetU32BIT(&args[1], &value)) extension = static_cast<int32_t>(value);
+    MwHandle list = MwProgrammeGetSIDescriptors(r->handle, tag, extension);
+    SetObjectOrNull(result, list ? CollectionCreate(r->instance, list, kCollectionStrings) : nullptr);
+    return true;
+  }
+};
+
+// The object for `programme`; *shared tells whether an existing object was
+// returned (the handle then stays the caller's).
+NPObject* Create(NPP instance, MwHandle programme, bool* shared) {
+  Programme::Properties().Intern();
+  Programme::Methods().Intern();
+  *shared = false;
+  if (ProgrammeRecord* existing = programme ? FindByHandle(g_programmes, programme) : nullptr) {
+    *shared = true;
+    return NPN_RetainObject(existing->object);
+  }
+  ProgrammeRecord* r = RecordNew<ProgrammeRecord>();
+  if (!r) return nullptr;
+  r->object = NPN_CreateObject(instance, ScriptClass<Programme>::Class());
+  if (!r->object) {
+    RecordFree(r);
+    return nullptr;
+  }
+  r->instance = instance;
+  r->handle = programme;
+  PushFront(&g_programmes, r);
+  return r->object;
+}
+
+}  // namespace
+
+NPObject* ProgrammeCreate(NPP instance, MwHandle programme) {
+  bool shared;
+  // A shared object leaves the handle with the caller: intended.
+  return Create(instance, programme, &shared);
+}
+
+NPObject* ProgrammeCreateTakingHandle(NPP instance, MwHandle programme) {
+  bool shared;
+  NPObject* object = Create(instance, programme, &shared);
+  if ((shared || !object) && programme) MwObjectRelease(programme);
+  return object;
+}
+
+MwHandle ProgrammeGetHandle(NPObject* object) {
+  if (!object) return 0;
+  ProgrammeRecord* r = Find(object);
+  return r ? r->handle : 0;
+}
