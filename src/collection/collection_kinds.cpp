@@ -3,9 +3,12 @@
 //
 // An element kind joins by filling its slot in kKinds below with its
 // creator (and including its header), e.g. for programmes:
-//   /* 2 programmes */ {ProgrammeCreate, false, nullptr, 0, nullptr, 0},
+//   /* 2 programmes */ {ProgrammeCreateTakingHandle, true, nullptr, 0, nullptr, 0},
 // The second member says whether the creator takes over the handle even
 // when it fails (ChannelCreate does); the collection releases it otherwise.
+// The flag cannot express a creator that shares an existing object and
+// leaves the handle with the caller (ProgrammeCreate): such a kind joins
+// through a variant that takes the handle in every case.
 // Until a slot is filled, elements of that kind read as Null (the element
 // handle is released). The rating-scheme slot (kind 5) also serves the
 // results of addParentalRatingScheme and getParentalRatingScheme.

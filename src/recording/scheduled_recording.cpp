@@ -83,14 +83,14 @@ struct ScheduledRecording : KindDefaults<ScheduledRecording> {
   }
 
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    int index = Properties().Find(id);
-    if (index < 0) return false;
     RecordingRecord* r = Find(object);
     // Without a record or a handle every read succeeds with no value: intended.
     if (!r || !r->handle) {
       SetVoid(result);
       return true;
     }
+    int index = Properties().Find(id);
+    if (index < 0) return false;
     MwHandle h = r->handle;
     if (index < kStateCount) {
       SetInt(result, index);
