@@ -5,6 +5,8 @@ set -euo pipefail
 packages=(cmake g++ make libgtest-dev libgmock-dev
   # receiver descriptions (JSON)
   nlohmann-json3-dev
+  # the 32-bit (ILP32) build check of the library
+  g++-multilib
   # the browser runner and its tests: QtWebKit, a virtual X server, a font
   qtbase5-dev libqt5webkit5-dev xvfb xauth fonts-dejavu-core
   "$@")

@@ -2,7 +2,9 @@
 # Sets up a fresh Debian machine, builds Orvane twice (plain, with the
 # QtWebKit runner, and with AddressSanitizer + UndefinedBehaviorSanitizer)
 # and runs every test: the unit suites in both builds, the browser tests
-# (label e2e: pages run by orvane-run under Xvfb) in the plain one.
+# (label e2e: pages run by orvane-run under Xvfb) in the plain one. The
+# library is also built for a 32-bit (ILP32) target, where its NPAPI layouts
+# are checked at compile time.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh
@@ -17,6 +19,11 @@ cmake --build build-asan -j"$jobs"
 
 echo "== library checks"
 scripts/check-exports.sh build/libnporvane.so
+echo "== 32-bit (ILP32) build of the library"
+cmake -S . -B build-ilp32 -DCMAKE_BUILD_TYPE=RelWithDebInfo -DORVANE_TESTS=OFF \
+  -DCMAKE_C_FLAGS=-m32 -DCMAKE_CXX_FLAGS=-m32 -DCMAKE_SHARED_LINKER_FLAGS=-m32 >/dev/null
+cmake --build build-ilp32 -j"$jobs" --target nporvane
+scripts/check-exports.sh build-ilp32/libnporvane.so
 
 echo "== tests (sanitizers)"
 ASAN_OPTIONS=detect_leaks=1 ctest --test-dir build-asan --output-on-failure -j"$jobs"
