@@ -108,12 +108,6 @@ TEST_F(CollectionTest, FailedElementIsNullMissingElementIsUndefined) {
   EXPECT_EQ(NPVariantType_Null, r.type) << "no object could be made: Null";
   EXPECT_EQ(0, sim::RefsOf(parts[0])) << "the element handle is given back";
 
-  // Kinds whose element creator has not joined the table give Null too.
-  NPObject* programmes = Make(sim::NewList({parts[0]}), kCollectionProgrammes);
-  r = Item(programmes, host::Int(0));
-  EXPECT_EQ(NPVariantType_Null, r.type);
-  EXPECT_EQ(0, sim::RefsOf(parts[0]));
-  Drop(programmes);
   Drop(c);
 }
 
