@@ -1,22 +1,20 @@
 #include "appmgr/handle_record.h"
 
 #include "plugin/browser.h"
+#include "plugin/frame.h"
 #include "plugin/record.h"
 #include "utils/record_alloc.h"
 
 NPObject* NewHandleObject(HandleRecord** list, NPP instance, NPClass* klass, MwHandle handle) {
-  HandleRecord* r = RecordNew<HandleRecord>();
-  NPObject* object = r ? NPN_CreateObject(instance, klass) : nullptr;
-  if (!object) {
-    RecordFree(r);
+  HandleRecord* r = NewScriptRecord<HandleRecord>(instance, klass);
+  if (!r) {
     if (handle) MwObjectRelease(handle);
     return nullptr;
   }
-  r->object = object;
   r->handle = handle;
   r->instance = instance;
   PushFront(list, r);
-  return object;
+  return r->object;
 }
 
 void FreeHandleObject(HandleRecord** list, NPObject* object) {

@@ -76,13 +76,8 @@ struct AVComponent : KindDefaults<AVComponent> {
 NPObject* AVComponentCreate(NPP instance, MwHandle component) {
   // Interned on every creation (the identifiers come out the same each time).
   AVComponent::Properties().Intern(true);
-  ComponentRecord* r = RecordNew<ComponentRecord>();
+  ComponentRecord* r = NewScriptRecord<ComponentRecord>(instance, ScriptClass<AVComponent>::Class());
   if (!r) return nullptr;
-  r->object = NPN_CreateObject(instance, ScriptClass<AVComponent>::Class());
-  if (!r->object) {
-    RecordFree(r);
-    return nullptr;
-  }
   r->handle = component;
   PushFront(&g_components, r);
   return r->object;

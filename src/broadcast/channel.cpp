@@ -104,14 +104,8 @@ NPObject* ChannelCreate(NPP instance, MwHandle channel) {
     Release(channel);
     return NPN_RetainObject(existing->object);
   }
-  ChannelRecord* r = RecordNew<ChannelRecord>();
+  ChannelRecord* r = NewScriptRecord<ChannelRecord>(instance, ScriptClass<Channel>::Class());
   if (!r) {
-    Release(channel);
-    return nullptr;
-  }
-  r->object = NPN_CreateObject(instance, ScriptClass<Channel>::Class());
-  if (!r->object) {
-    RecordFree(r);
     Release(channel);
     return nullptr;
   }

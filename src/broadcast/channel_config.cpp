@@ -60,10 +60,9 @@ struct ChannelConfig : KindDefaults<ChannelConfig> {
 NPObject* ChannelConfigCreate(NPP instance, MwHandle config) {
   ChannelConfig::Properties().Intern();
   // The handle is the object's from here on, also when none can be made.
-  ChannelConfigRecord* r = RecordNew<ChannelConfigRecord>();
-  if (r) r->object = NPN_CreateObject(instance, ScriptClass<ChannelConfig>::Class());
-  if (!r || !r->object) {
-    RecordFree(r);
+  ChannelConfigRecord* r =
+      NewScriptRecord<ChannelConfigRecord>(instance, ScriptClass<ChannelConfig>::Class());
+  if (!r) {
     if (config) MwObjectRelease(config);
     return nullptr;
   }

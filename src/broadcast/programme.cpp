@@ -169,13 +169,8 @@ NPObject* Create(NPP instance, MwHandle programme, bool* shared) {
     *shared = true;
     return NPN_RetainObject(existing->object);
   }
-  ProgrammeRecord* r = RecordNew<ProgrammeRecord>();
+  ProgrammeRecord* r = NewScriptRecord<ProgrammeRecord>(instance, ScriptClass<Programme>::Class());
   if (!r) return nullptr;
-  r->object = NPN_CreateObject(instance, ScriptClass<Programme>::Class());
-  if (!r->object) {
-    RecordFree(r);
-    return nullptr;
-  }
   r->instance = instance;
   r->handle = programme;
   PushFront(&g_programmes, r);

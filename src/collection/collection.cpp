@@ -118,10 +118,8 @@ NameTable& CollectionNames() {
 NPObject* CollectionCreate(NPP instance, MwHandle list, uint32_t kind) {
   CollectionNames().Intern();
   // The list is the collection's from here on, also when none can be made.
-  CollectionRecord* r = RecordNew<CollectionRecord>();
-  if (r) r->object = NPN_CreateObject(instance, ScriptClass<Collection>::Class());
-  if (!r || !r->object) {
-    RecordFree(r);
+  CollectionRecord* r = NewScriptRecord<CollectionRecord>(instance, ScriptClass<Collection>::Class());
+  if (!r) {
     if (list) MwObjectRelease(list);
     return nullptr;
   }

@@ -51,13 +51,8 @@ struct ParentalRating : KindDefaults<ParentalRating> {
 NPObject* ParentalRatingCreate(NPP instance, MwHandle rating) {
   // The identifiers are fetched on every creation; the browser gives the same ones back.
   if (browser_funcs) ParentalRating::Properties().Intern(true);
-  RatingRecord* r = RecordNew<RatingRecord>();
+  RatingRecord* r = NewScriptRecord<RatingRecord>(instance, ScriptClass<ParentalRating>::Class());
   if (!r) return nullptr;
-  r->object = NPN_CreateObject(instance, ScriptClass<ParentalRating>::Class());
-  if (!r->object) {
-    RecordFree(r);
-    return nullptr;
-  }
   r->handle = rating;
   PushFront(&g_ratings, r);
   return r->object;

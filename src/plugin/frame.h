@@ -123,17 +123,25 @@ NPClass ScriptClass<K>::klass_ = {
     &ScriptClass<K>::SetProperty, &ScriptClass<K>::RemoveProperty, &ScriptClass<K>::Enumerate,
     &ScriptClass<K>::Construct};
 
-// A zeroed record of a page-instance kind with its script object made
-// (instance and kind filled in), or null when either cannot be had.
-template <class R, class K>
-R* NewInstanceRecord(NPP instance, uint32_t kind) {
+// A zeroed record with a new script object of class `klass` in its `object`
+// member, or null (nothing left allocated) when either cannot be had.
+template <class R>
+R* NewScriptRecord(NPP instance, NPClass* klass) {
   R* r = RecordNew<R>();
   if (!r) return nullptr;
-  r->object = NPN_CreateObject(instance, ScriptClass<K>::Class());
+  r->object = NPN_CreateObject(instance, klass);
   if (!r->object) {
     RecordFree(r);
     return nullptr;
   }
+  return r;
+}
+
+// The same for a page-instance kind K, with instance and kind filled in.
+template <class R, class K>
+R* NewInstanceRecord(NPP instance, uint32_t kind) {
+  R* r = NewScriptRecord<R>(instance, ScriptClass<K>::Class());
+  if (!r) return nullptr;
   r->instance = instance;
   r->kind = kind;
   return r;

@@ -150,10 +150,9 @@ struct ScheduledRecording : KindDefaults<ScheduledRecording> {
 
 NPObject* ScheduledRecordingCreate(NPP instance, MwHandle recording) {
   ScheduledRecording::Properties().Intern();
-  RecordingRecord* r = RecordNew<RecordingRecord>();
-  if (r) r->object = NPN_CreateObject(instance, ScriptClass<ScheduledRecording>::Class());
-  if (!r || !r->object) {
-    RecordFree(r);
+  RecordingRecord* r =
+      NewScriptRecord<RecordingRecord>(instance, ScriptClass<ScheduledRecording>::Class());
+  if (!r) {
     if (recording) MwObjectRelease(recording);
     return nullptr;
   }

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "plugin/browser.h"
+#include "plugin/frame.h"
 #include "plugin/log.h"
 #include "plugin/record.h"
 #include "style/style.h"
@@ -213,13 +214,8 @@ StyleRecord*& StyleList() {
 
 StyleRecord* StyleCreate(NPP instance, const char* text) {
   StyleIds();
-  StyleRecord* r = RecordNew<StyleRecord>();
+  StyleRecord* r = NewScriptRecord<StyleRecord>(instance, StyleObjectClass());
   if (!r) return nullptr;
-  r->object = NPN_CreateObject(instance, StyleObjectClass());
-  if (!r->object) {
-    RecordFree(r);
-    return nullptr;
-  }
   r->instance = instance;
   r->reserved = 0;
   PushFront(&StyleList(), r);
