@@ -80,9 +80,7 @@ struct ApplicationManager : KindDefaults<ApplicationManager> {
         return true;
       }
       case kRemoveEventListener:
-        // Removes the registration whose object is the FIRST argument (the
-        // type, in the usual call form), so it normally removes nothing.
-        if (count >= 1 && IsObject(args[0])) NP_UtilsRemoveEventListener(r, args[0].value.objectValue);
+        NP_UtilsRemoveFirstArgumentListener(r, args, count);
         return true;
       default:
         return false;

@@ -113,10 +113,8 @@ bool AddEventListener(BroadcastRecord* r, const NPVariant* args, uint32_t count)
   return true;
 }
 
-// Looks for a listener whose object is the first argument (the type, in the
-// usual call form), so it normally removes nothing: intended.
 bool RemoveEventListener(BroadcastRecord* r, const NPVariant* args, uint32_t count) {
-  if (count >= 1 && IsObject(args[0])) NP_UtilsRemoveEventListener(r, args[0].value.objectValue);
+  NP_UtilsRemoveFirstArgumentListener(r, args, count);
   return true;
 }
 

@@ -66,9 +66,7 @@ struct DrmAgent : KindDefaults<DrmAgent> {
         return true;
       }
       case kRemoveEventListener:
-        // Looks for a listener whose object is the first argument (the type,
-        // in the usual call form), so it normally removes nothing.
-        if (count >= 1 && IsObject(args[0])) NP_UtilsRemoveEventListener(r, args[0].value.objectValue);
+        NP_UtilsRemoveFirstArgumentListener(r, args, count);
         return true;
       default:
         return false;

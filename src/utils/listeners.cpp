@@ -71,6 +71,10 @@ int32_t NP_UtilsRemoveEventListener(ObjectRecord* record, NPObject* object) {
   return -1;
 }
 
+void NP_UtilsRemoveFirstArgumentListener(ObjectRecord* record, const NPVariant* args, uint32_t count) {
+  if (count >= 1 && IsObject(args[0])) NP_UtilsRemoveEventListener(record, args[0].value.objectValue);
+}
+
 void NP_UtilsFreeAllEventListeners(ObjectRecord* record) {
   Listener* l = record->listeners;
   record->listeners = nullptr;

@@ -18,6 +18,10 @@ NPObject* NP_UtilsAddEventListener(ObjectRecord* record, const NPVariant* listen
 // Removes the newest registration of `object`; its event id, or -1.
 int32_t NP_UtilsRemoveEventListener(ObjectRecord* record, NPObject* object);
 void NP_UtilsFreeAllEventListeners(ObjectRecord* record);
+// removeEventListener(type, listener) as the kinds answer it: it removes the
+// registration whose object is the FIRST argument, so in the usual call form
+// (a type string first) it removes nothing. Intended; pages rely on it.
+void NP_UtilsRemoveFirstArgumentListener(ObjectRecord* record, const NPVariant* args, uint32_t count);
 // Queues event `event` with `arguments` (NPN_MemAlloc'ed; owned from here on)
 // for the record carrying `handle` on the list at `head`. Any thread.
 void NP_UtilsAsyncCallback(ObjectRecord** head, MwHandle handle, uint32_t event,
