@@ -12,7 +12,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "plugin/npapi.h"
+#include "npapi/npapi.h"
 
 namespace {
 

@@ -1,22 +1,19 @@
 #include "appmgr/application.h"
 
-#include "appmgr/handle_record.h"
 #include "appmgr/private_data.h"
 #include "middleware/appmgr.h"
-#include "plugin/frame.h"
+#include "frame/frame.h"
 #include "utils/convert.h"
 #include "utils/url.h"
 
 namespace {
 
-HandleRecord* g_applications = nullptr;
+RecordList g_applications;
 
 enum Method { kShow, kHide, kCreateApplication, kDestroyApplication };
 
 const char* const kPropertyNames[] = {"privateData"};
 const char* const kMethodNames[] = {"show", "hide", "createApplication", "destroyApplication"};
-
-HandleRecord* Find(NPObject* object) { return FindByObject(g_applications, object); }
 
 // A script value as a flag: booleans as they are, numbers when non-zero,
 // anything else false.
@@ -31,7 +28,7 @@ bool Flag(const NPVariant& v) {
 
 // Starts the application at `uri` (made absolute against the page) from
 // application `r`; the result is its new Application object or null.
-void CreateApplication(HandleRecord* r, const NPVariant& uri, bool child, NPVariant* result) {
+void CreateApplication(ObjectRecord* r, const NPVariant& uri, bool child, NPVariant* result) {
   MwString url = IsString(uri) ? ArgString(uri) : MwString{0, ""};
   int resolved = NP_UtilsResolveUrl(r->instance, &url);
   // Called with the own handle even when it is 0.
@@ -40,15 +37,15 @@ void CreateApplication(HandleRecord* r, const NPVariant& uri, bool child, NPVari
   SetObjectOrNull(result, created ? ApplicationCreateApp(r->instance, created) : nullptr);
 }
 
-struct Application : KindDefaults<Application> {
+struct Application : HandedOutKind<Application> {
   ORV_PROPERTY_TABLE(kPropertyNames)
   ORV_METHOD_TABLE(kMethodNames)
 
-  static void Deallocate(NPObject* object) { FreeHandleObject(&g_applications, object); }
+  static RecordList& List() { return g_applications; }
 
   static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
                      NPVariant* result) {
-    HandleRecord* r = Find(object);
+    ObjectRecord* r = Find(object);
     if (!r) return false;
     switch (Methods().Find(id)) {
       case kShow:
@@ -66,7 +63,7 @@ struct Application : KindDefaults<Application> {
         // object is inert and its deallocation releases nothing.
         if (r->handle) {
           MwApplicationDestroy(r->handle);
-          r->handle = 0;
+          g_applications.SetHandle(r, 0);
         }
         return true;
       default:
@@ -75,7 +72,7 @@ struct Application : KindDefaults<Application> {
   }
 
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    HandleRecord* r = Find(object);
+    ObjectRecord* r = Find(object);
     if (!r || Properties().Find(id) != 0) return false;
     // Asked even for handle 0 (the inert application of a load error).
     MwHandle data = MwApplicationGetPrivateData(r->handle);
@@ -87,9 +84,7 @@ struct Application : KindDefaults<Application> {
 }  // namespace
 
 NPObject* ApplicationCreateApp(NPP instance, MwHandle application) {
-  Application::Properties().Intern();
-  Application::Methods().Intern();
-  return NewHandleObject(&g_applications, instance, ScriptClass<Application>::Class(), application);
+  return NewHandedOut<Application>(instance, application, kReleaseOnFailure);
 }
 
 NPClass* ApplicationGetClass(void) { return ScriptClass<Application>::Class(); }

@@ -4,8 +4,8 @@
 #define ORVANE_APPMGR_APPLICATION_H
 
 #include "middleware/types.h"
-#include "plugin/export.h"
-#include "plugin/npapi.h"
+#include "npapi/export.h"
+#include "npapi/npapi.h"
 
 // A new Application object (one reference, the caller's) that takes over
 // `application`; on failure the handle is released and null returned.

@@ -5,17 +5,14 @@
 #define ORVANE_APPMGR_APPLICATION_MANAGER_H
 
 #include "middleware/types.h"
-#include "plugin/export.h"
-#include "plugin/record.h"
+#include "npapi/export.h"
+#include "frame/record.h"
 
-struct AppMgrRecord : ObjectRecord {
-  NPObject* on_low_memory;  // listener set through onLowMemory
-  NPObject* on_load_error;  // listener set through onApplicationLoadError
-};
+struct AppMgrRecord : ObjectRecord {};
 
 ORV_EXPORT AppMgrRecord* ApplicationManagerCreate(NPP instance);
 ORV_EXPORT void ApplicationManagerDestroy(AppMgrRecord* record);
-// Middleware events for the manager with handle `manager`.
+// Middleware events for the manager with handle `manager`, from any thread.
 ORV_EXPORT void AppMgr_onLowMemory(MwHandle manager);
 ORV_EXPORT void AppMgr_onApplicationLoadError(MwHandle manager);
 

@@ -2,14 +2,13 @@
 
 #include <cstdint>
 
-#include "appmgr/handle_record.h"
 #include "middleware/appmgr.h"
-#include "plugin/frame.h"
+#include "frame/frame.h"
 #include "utils/convert.h"
 
 namespace {
 
-HandleRecord* g_keysets = nullptr;
+RecordList g_keysets;
 
 // The eleven key groups, as bit masks in table order (RED = 0x1 ... OTHER = 0x400).
 constexpr int kGroupCount = 11;
@@ -20,8 +19,6 @@ const char* const kPropertyNames[] = {"RED",    "GREEN", "YELLOW",  "BLUE",  "NA
                                       "OTHER",  "value", "maximumValue", "otherKeys"};
 const char* const kMethodNames[] = {"setValue"};
 
-HandleRecord* Find(NPObject* object) { return FindByObject(g_keysets, object); }
-
 // A requested mask: numbers truncated toward zero (clamped to 32 bits),
 // anything else 0.
 int32_t Mask(const NPVariant* args, uint32_t count) {
@@ -31,15 +28,15 @@ int32_t Mask(const NPVariant* args, uint32_t count) {
   return NP_UtilsDoubleToInt32(args[0].value.doubleValue);
 }
 
-struct Keyset : KindDefaults<Keyset> {
+struct Keyset : HandedOutKind<Keyset> {
   ORV_PROPERTY_TABLE(kPropertyNames)
   ORV_METHOD_TABLE(kMethodNames)
 
-  static void Deallocate(NPObject* object) { FreeHandleObject(&g_keysets, object); }
+  static RecordList& List() { return g_keysets; }
 
   static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
                      NPVariant* result) {
-    HandleRecord* r = Find(object);
+    ObjectRecord* r = Find(object);
     if (!r || !r->handle || Methods().Find(id) != 0) return false;
     // The answer is the mask granted, which may be smaller than the one asked for.
     SetInt(result, MwKeysetSetValue(r->handle, Mask(args, count)));
@@ -48,7 +45,7 @@ struct Keyset : KindDefaults<Keyset> {
 
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
     // The group constants answer even for an object whose record is gone.
-    HandleRecord* r = Find(object);
+    ObjectRecord* r = Find(object);
     MwHandle handle = r ? r->handle : 0;
     int index = Properties().Find(id);
     if (index >= 0 && index < kGroupCount) {
@@ -79,7 +76,5 @@ struct Keyset : KindDefaults<Keyset> {
 }  // namespace
 
 NPObject* KeysetCreate(NPP instance, MwHandle keyset) {
-  Keyset::Properties().Intern();
-  Keyset::Methods().Intern();
-  return NewHandleObject(&g_keysets, instance, ScriptClass<Keyset>::Class(), keyset);
+  return NewHandedOut<Keyset>(instance, keyset, kReleaseOnFailure);
 }

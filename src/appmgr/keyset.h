@@ -3,8 +3,8 @@
 #define ORVANE_APPMGR_KEYSET_H
 
 #include "middleware/types.h"
-#include "plugin/export.h"
-#include "plugin/npapi.h"
+#include "npapi/export.h"
+#include "npapi/npapi.h"
 
 // A new Keyset object (one reference, the caller's) that takes over `keyset`;
 // on failure the handle is released and null returned.

@@ -1,21 +1,18 @@
 #include "appmgr/private_data.h"
 
-#include "appmgr/handle_record.h"
 #include "appmgr/keyset.h"
 #include "broadcast/channel.h"
 #include "middleware/appmgr.h"
-#include "plugin/frame.h"
+#include "frame/frame.h"
 
 namespace {
 
-HandleRecord* g_private_data = nullptr;
+RecordList g_private_data;
 
 enum Property { kKeyset, kCurrentChannel };
 
 const char* const kPropertyNames[] = {"keyset", "currentChannel"};
 const char* const kMethodNames[] = {"getFreeMem"};
-
-HandleRecord* Find(NPObject* object) { return FindByObject(g_private_data, object); }
 
 // An object made for a middleware handle, or a failed read. With no handle
 // the result is Null and the read still fails: a page without a presented
@@ -32,22 +29,22 @@ bool ObjectResult(NPP instance, MwHandle handle, NPObject* (*create)(NPP, MwHand
   return true;
 }
 
-struct PrivateData : KindDefaults<PrivateData> {
+struct PrivateData : HandedOutKind<PrivateData> {
   ORV_PROPERTY_TABLE(kPropertyNames)
   ORV_METHOD_TABLE(kMethodNames)
 
-  static void Deallocate(NPObject* object) { FreeHandleObject(&g_private_data, object); }
+  static RecordList& List() { return g_private_data; }
 
   static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant*, uint32_t,
                      NPVariant* result) {
-    HandleRecord* r = Find(object);
+    ObjectRecord* r = Find(object);
     if (!r || Methods().Find(id) != 0) return false;
     SetInt(result, MwPrivateDataGetFreeMem(r->handle));  // arguments are ignored
     return true;
   }
 
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    HandleRecord* r = Find(object);
+    ObjectRecord* r = Find(object);
     if (!r) return false;
     switch (Properties().Find(id)) {
       case kKeyset:
@@ -68,7 +65,5 @@ NPObject* ApplicationPrivDataCreate(NPP instance, MwHandle privateData) {
     if (privateData) MwObjectRelease(privateData);
     return nullptr;
   }
-  PrivateData::Properties().Intern();
-  PrivateData::Methods().Intern();
-  return NewHandleObject(&g_private_data, instance, ScriptClass<PrivateData>::Class(), privateData);
+  return NewHandedOut<PrivateData>(instance, privateData, kReleaseOnFailure);
 }

@@ -4,8 +4,8 @@
 #define ORVANE_APPMGR_PRIVATE_DATA_H
 
 #include "middleware/types.h"
-#include "plugin/export.h"
-#include "plugin/npapi.h"
+#include "npapi/export.h"
+#include "npapi/npapi.h"
 
 // A new private-data object (one reference, the caller's) that takes over
 // `privateData`; on failure the handle is released and null returned.

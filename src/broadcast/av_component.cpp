@@ -1,20 +1,13 @@
 #include "broadcast/av_component.h"
 
 #include "middleware/broadcast.h"
-#include "plugin/frame.h"
-#include "plugin/record.h"
+#include "collection/collection_item.h"
+#include "frame/frame.h"
 #include "utils/convert.h"
-#include "utils/record_alloc.h"
 
 namespace {
 
-struct ComponentRecord {
-  NPObject* object;
-  MwHandle handle;  // owned
-  ComponentRecord* next;
-};
-
-ComponentRecord* g_components = nullptr;
+RecordList g_components;
 
 enum Property {
   kComponentTag,
@@ -34,19 +27,12 @@ const char* const kPropertyNames[] = {
     "aspectRatio",  "language", "audioDescription", "audioChannels", "hearingImpaired",
 };
 
-struct AVComponent : KindDefaults<AVComponent> {
+struct AVComponent : HandedOutKind<AVComponent> {
   ORV_PROPERTY_TABLE(kPropertyNames)
-
-  static void Deallocate(NPObject* object) {
-    ComponentRecord* r = FindByObject(g_components, object);
-    if (!r) return;
-    if (r->handle) MwObjectRelease(r->handle);
-    Unlink(&g_components, r);
-    RecordFree(r);
-  }
+  static RecordList& List() { return g_components; }
 
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    ComponentRecord* r = FindByObject(g_components, object);
+    ObjectRecord* r = Find(object);
     if (!r) return false;
     MwHandle h = r->handle;
     switch (Properties().Find(id)) {
@@ -74,17 +60,9 @@ struct AVComponent : KindDefaults<AVComponent> {
 }  // namespace
 
 NPObject* AVComponentCreate(NPP instance, MwHandle component) {
-  // Interned on every creation (the identifiers come out the same each time).
-  AVComponent::Properties().Intern(true);
-  ComponentRecord* r = NewScriptRecord<ComponentRecord>(instance, ScriptClass<AVComponent>::Class());
-  if (!r) return nullptr;
-  r->handle = component;
-  PushFront(&g_components, r);
-  return r->object;
+  return NewHandedOut<AVComponent>(instance, component, kLeaveOnFailure);
 }
 
-MwHandle AVComponentGetHandle(NPObject* object) {
-  if (!object) return 0;
-  ComponentRecord* r = FindByObject(g_components, object);
-  return r ? r->handle : 0;
-}
+MwHandle AVComponentGetHandle(NPObject* object) { return HandleOf<AVComponent>(object); }
+
+extern const CollectionItemKind kComponentItems = {AVComponentCreate, false, nullptr, 0};

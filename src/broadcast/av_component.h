@@ -3,8 +3,8 @@
 #define ORVANE_BROADCAST_AV_COMPONENT_H
 
 #include "middleware/types.h"
-#include "plugin/export.h"
-#include "plugin/npapi.h"
+#include "npapi/export.h"
+#include "npapi/npapi.h"
 
 // A new object owning `component`, or null (the handle then stays the caller's).
 ORV_EXPORT NPObject* AVComponentCreate(NPP instance, MwHandle component);

@@ -4,14 +4,13 @@
 #include "broadcast/broadcast_kind.h"
 #include "broadcast/stream_event.h"
 #include "middleware/broadcast.h"
-#include "plugin/instance_kind.h"
+#include "frame/instance_kind.h"
 #include "style/style.h"
-#include "utils/listeners.h"
 #include "utils/record_alloc.h"
 
-ObjectRecord* g_broadcasts = nullptr;
-
 namespace {
+
+RecordList g_broadcasts;
 
 const char* const kPropertyNames[] = {
     "currentChannel", "width", "height", "fullScreen", "playState", "data", "programmes",
@@ -23,6 +22,15 @@ const char* const kPropertyNames[] = {
     "onPlaySpeedChanged", "onPlayPositionChanged", "onDRMRightsError",
 };
 
+// Each event property's index is also its event id.
+#define ORV_EVENT(index) {kPropertyNames[index], index}
+const EventProperty kEvents[] = {
+    ORV_EVENT(13), ORV_EVENT(14), ORV_EVENT(15), ORV_EVENT(16), ORV_EVENT(17), ORV_EVENT(18),
+    ORV_EVENT(19), ORV_EVENT(20), ORV_EVENT(21), ORV_EVENT(22), ORV_EVENT(23), ORV_EVENT(24),
+};
+#undef ORV_EVENT
+const EventTable kEventTable = ORV_EVENT_TABLE(kEvents);
+
 const char* const kMethodNames[] = {
     "getChannelConfig", "bindToCurrentChannel", "createChannelObject", "setChannel",
     "prevChannel", "nextChannel", "setFullScreen", "release", "stop", "addEventListener",
@@ -33,17 +41,15 @@ const char* const kMethodNames[] = {
 
 static_assert(sizeof(kPropertyNames) / sizeof(kPropertyNames[0]) == kLastEvent + 1,
               "25 properties");
+static_assert(sizeof(kEvents) / sizeof(kEvents[0]) == kLastEvent - kFirstEvent + 1, "12 events");
 static_assert(sizeof(kMethodNames) / sizeof(kMethodNames[0]) == kMethodStopRecording - kFirstMethod + 1,
               "19 methods");
 
-struct Broadcast : KindDefaults<Broadcast> {
+struct Broadcast : InstanceKindBase<Broadcast, BroadcastRecord> {
   static NameTable& Properties() { return BroadcastProperties(); }
   static NameTable& Methods() { return BroadcastMethods(); }
+  static RecordList& List() { return g_broadcasts; }
 
-  // The middleware instance lives on until BroadcastDestroy.
-  static void Deallocate(NPObject* object) {
-    if (BroadcastRecord* r = BroadcastFind(object)) r->object = nullptr;
-  }
   static bool Invoke(NPObject* o, NPIdentifier id, const NPVariant* args, uint32_t n, NPVariant* r) {
     return BroadcastInvoke(o, id, args, n, r);
   }
@@ -62,7 +68,7 @@ ObjectRecord* CreateInstance(NPP instance, const ElementAttributes& attributes) 
   BroadcastSetStyleObject(r);
   return r;
 }
-void DestroyInstance(ObjectRecord* r) { BroadcastDestroy(static_cast<BroadcastRecord*>(r)); }
+void DestroyBroadcast(ObjectRecord* r) { BroadcastDestroy(static_cast<BroadcastRecord*>(r)); }
 void SetWindow(ObjectRecord* r, NPWindow* window) {
   BroadcastSetWindow(static_cast<BroadcastRecord*>(r), window);
 }
@@ -80,9 +86,11 @@ void UrlNotify(ObjectRecord* r, void* notify_data, NPReason reason) {
 }  // namespace
 
 extern const InstanceKind kBroadcastKind = {
-    "video/broadcast", kKindBroadcast, CreateInstance, DestroyInstance, SetWindow, Paint,
-    true, true, StreamData, UrlNotify,
+    "video/broadcast", kKindBroadcast, CreateInstance, DestroyBroadcast, SetWindow, Paint,
+    true, true, StreamData, UrlNotify, &g_broadcasts,
 };
+
+RecordList& BroadcastList() { return g_broadcasts; }
 
 NameTable& BroadcastProperties() {
   static NameTable t(kPropertyNames);
@@ -94,14 +102,12 @@ NameTable& BroadcastMethods() {
   return t;
 }
 
-const char* BroadcastPropertyName(int index) { return kPropertyNames[index]; }
+const EventTable& BroadcastEvents() { return kEventTable; }
 
-BroadcastRecord* BroadcastFind(NPObject* object) {
-  return static_cast<BroadcastRecord*>(FindByObject(g_broadcasts, object));
-}
+BroadcastRecord* BroadcastFind(NPObject* object) { return Broadcast::Find(object); }
 
 BroadcastRecord* BroadcastFindByHandle(MwHandle handle) {
-  return static_cast<BroadcastRecord*>(FindByHandle(g_broadcasts, handle));
+  return static_cast<BroadcastRecord*>(g_broadcasts.FindByHandle(handle));
 }
 
 void BroadcastInit() {
@@ -111,13 +117,11 @@ void BroadcastInit() {
 }
 
 BroadcastRecord* BroadcastCreate(NPP instance, const char*) {
-  BroadcastProperties().Intern();
-  BroadcastMethods().Intern();
-  BroadcastRecord* r = NewInstanceRecord<BroadcastRecord, Broadcast>(instance, kKindBroadcast);
+  BroadcastRecord* r = NewInstance<Broadcast>(instance, kKindBroadcast);
   if (!r) return nullptr;
   r->nextStreamEventKind = kFirstStreamEventKind;
   r->handle = MwBroadcastCreate(r->object);
-  PushFront<ObjectRecord>(&g_broadcasts, r);
+  g_broadcasts.Add(r);
   return r;
 }
 
@@ -130,15 +134,10 @@ NPObject* BroadcastSetStyleObject(BroadcastRecord* r) {
 }
 
 void BroadcastDestroy(BroadcastRecord* r) {
-  if (!r || !Unlink<ObjectRecord>(&g_broadcasts, r)) return;
-  NP_UtilsFreeAllEventListeners(r);
-  for (NPObject*& slot : r->onHandlers) slot = nullptr;  // their references went with the list
-  if (r->handle) {
-    MwVideoSetPaintRect(nullptr);
-    MwHandle handle = r->handle;
-    r->handle = 0;
-    MwObjectRelease(handle);
-  }
-  if (r->styleObject) NPN_ReleaseObject(r->styleObject);
-  RecordFree(r);
+  if (!r || !g_broadcasts.Holds(r)) return;
+  if (r->handle) MwVideoSetPaintRect(nullptr);  // the video plane no longer shows it
+  NPObject* style = r->styleObject;
+  r->styleObject = nullptr;
+  DestroyInstance(g_broadcasts, r);
+  if (style) NPN_ReleaseObject(style);
 }

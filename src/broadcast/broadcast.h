@@ -5,25 +5,22 @@
 #ifndef ORVANE_BROADCAST_BROADCAST_H
 #define ORVANE_BROADCAST_BROADCAST_H
 
+#include "frame/record.h"
 #include "middleware/types.h"
-#include "plugin/export.h"
-#include "plugin/npapi.h"
-#include "plugin/record.h"
-
-// Number of event properties (onSelectedComponentChanged .. onDRMRightsError).
-constexpr uint32_t kBroadcastEventCount = 12;
+#include "npapi/export.h"
+#include "npapi/npapi.h"
 
 // One per embedded video/broadcast object. The common head holds the script
 // object (null once the browser deallocated it), the middleware broadcast
 // handle (0 once BroadcastDestroy began releasing it), the kind (6) and the
-// listener list.
+// listener list, which also holds the listeners set through the event
+// properties.
 struct BroadcastRecord : ObjectRecord {
   int16_t clipLeft, clipTop, clipRight, clipBottom;  // visible rectangle on screen
   int16_t screenX, screenY;  // position last sent to the middleware
   int16_t paintX, paintY;    // the position scaled to the browser window
   uint16_t width, height;    // size last sent to the middleware
   uint32_t playState;        // last state reported by the middleware; gates painting
-  NPObject* onHandlers[kBroadcastEventCount];  // listeners set through the event properties
   uint32_t nextStreamEventKind;  // listener kind of the next stream-event registration
   NPObject* styleObject;         // the element's style object (one reference, ours)
 };
@@ -46,7 +43,7 @@ ORV_EXPORT int32_t BroadcastStreamData(BroadcastRecord* record, void* request, i
 ORV_EXPORT void BroadcastStreamNotify(BroadcastRecord* record, void* request, NPReason reason);
 ORV_EXPORT void BroadcastDestroy(BroadcastRecord* record);
 
-// Middleware events. Channel handles are new references and become the
+// Middleware events, from any thread. Channel handles are new references and become the
 // plug-in's; middleware strings become the plug-in's; the rating handle is
 // borrowed (its script object holds its own reference).
 ORV_EXPORT void Broadcast_onSelectedComponentChanged(MwHandle broadcast, int32_t componentType);

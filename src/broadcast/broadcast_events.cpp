@@ -1,22 +1,16 @@
-// The middleware's broadcast events: each becomes an argument array that the
-// asynchronous dispatch hands to the page's listeners on the browser thread.
-// These entries may run on a middleware thread.
+// The middleware's broadcast events. The entry points may run on a
+// middleware thread: they only capture the event and post it. On the
+// browser's thread each becomes the arguments of the page's listeners.
+#include <cstring>
+
 #include "broadcast/broadcast_kind.h"
 #include "broadcast/channel.h"
 #include "broadcast/stream_event.h"
+#include "frame/events.h"
 #include "parental/parental_rating.h"
 #include "utils/convert.h"
-#include "utils/listeners.h"
 
 namespace {
-
-void Send(MwHandle broadcast, int event, NPVariant* args, uint32_t count) {
-  NP_UtilsAsyncCallback(&g_broadcasts, broadcast, static_cast<uint32_t>(event), args, count);
-}
-
-void ReleaseHandle(MwHandle handle) {
-  if (handle) MwObjectRelease(handle);
-}
 
 // An Int32, or undefined for the middleware's "none" (-1).
 void SetIntOrVoid(NPVariant* v, int32_t value) {
@@ -26,158 +20,223 @@ void SetIntOrVoid(NPVariant* v, int32_t value) {
     SetInt(v, value);
 }
 
-// A String from a middleware string, or undefined when there is none.
-void SetStringOrVoid(NPVariant* v, MwHandle string) {
-  if (string)
-    NP_UtilsHbbtvStringToResult(string, v);
+// Owned string `i` as a String, or undefined when there is none.
+void TakeStringOrVoid(PendingEvent* ev, int i, NPVariant* v) {
+  if (ev->owned[i])
+    TakeStringArgument(ev, i, v);
   else
     SetVoid(v);
 }
 
-// Channel-change events: `count` arguments, the channel object first.
-void SendChannelEvent(MwHandle broadcast, MwHandle channel, int event, int32_t error,
-                      uint32_t count) {
-  BroadcastRecord* r = BroadcastFindByHandle(broadcast);
-  NPVariant* args = r ? NP_UtilsNewArguments(count) : nullptr;
-  if (!args) {
-    ReleaseHandle(channel);
-    return;
-  }
+PendingEvent Event(MwHandle broadcast, EventDelivery deliver, int event) {
+  return EventFor(BroadcastList(), deliver, broadcast, static_cast<uint32_t>(event));
+}
+
+void DeliverNothing(ObjectRecord* target, PendingEvent* ev) {
+  if (target) DeliverToListeners(target, ev->event, nullptr, 0);
+}
+
+void DeliverInt(ObjectRecord* target, PendingEvent* ev) {
+  if (!target) return;
+  NPVariant arg;
+  SetInt(&arg, ev->numbers[0]);
+  DeliverToListeners(target, ev->event, &arg, 1);
+}
+
+void DeliverPlayState(ObjectRecord* target, PendingEvent* ev) {
+  // The one word of plug-in state an event changes; painting reads it.
+  if (BroadcastRecord* r = BroadcastFindByHandle(ev->target))
+    r->playState = static_cast<uint32_t>(ev->numbers[0]);
+  if (!target) return;
+  NPVariant args[2];
+  SetInt(&args[0], ev->numbers[0]);
+  SetIntOrVoid(&args[1], ev->numbers[1]);
+  DeliverToListeners(target, ev->event, args, 2);
+}
+
+// Channel-change events: the channel object (Null without a channel), and
+// for errors the error state.
+void DeliverChannel(ObjectRecord* target, PendingEvent* ev) {
+  if (!target) return;
+  NPVariant args[2];
+  MwHandle channel = ev->owned[0];
+  ev->owned[0] = 0;
   if (channel) {
-    NPObject* object = ChannelCreate(r->instance, channel);  // takes the handle over
-    if (!object) {
-      NP_UtilsFreeArguments(args, count);
-      return;
-    }
+    NPObject* object = ChannelCreate(target->instance, channel);  // takes the handle over
+    if (!object) return;
     SetObject(&args[0], object);
   } else {
-    SetNull(&args[0]);  // no channel to wrap
+    SetNull(&args[0]);
   }
-  if (count > 1) SetIntOrVoid(&args[1], error);
-  Send(broadcast, event, args, count);
+  uint32_t count = ev->event == kEventChannelChangeError ? 2 : 1;
+  if (count > 1) SetIntOrVoid(&args[1], ev->numbers[0]);
+  DeliverToListeners(target, ev->event, args, count);
 }
 
 // Rating events: contentID, the rating's object, DRMSystemID (and blocked).
-void SendRatingEvent(MwHandle broadcast, MwHandle content_id, MwHandle rating,
-                     MwHandle drm_system_id, int event, uint32_t count, bool blocked) {
-  NPObject* object = ParentalRatingFindNPAPIObj(rating);
-  NPVariant* args = object ? NP_UtilsNewArguments(count) : nullptr;
-  if (!args) {
-    ReleaseHandle(content_id);
-    ReleaseHandle(drm_system_id);
-    return;
-  }
-  NP_UtilsHbbtvStringToResult(content_id, &args[0]);
-  SetObject(&args[1], NPN_RetainObject(object));
-  NP_UtilsHbbtvStringToResult(drm_system_id, &args[2]);
-  if (count > 3) SetBool(&args[3], blocked);
-  Send(broadcast, event, args, count);
+// Dropped when the rating has no object.
+void DeliverRating(ObjectRecord* target, PendingEvent* ev) {
+  NPObject* rating = target ? ParentalRatingFindNPAPIObj(ev->borrowed) : nullptr;
+  if (!rating) return;
+  NPVariant args[4];
+  TakeStringArgument(ev, 0, &args[0]);
+  SetObject(&args[1], NPN_RetainObject(rating));
+  TakeStringArgument(ev, 1, &args[2]);
+  uint32_t count = ev->event == kEventParentalRatingChange ? 4 : 3;
+  if (count > 3) SetBool(&args[3], ev->numbers[0] != 0);
+  DeliverToListeners(target, ev->event, args, count);
 }
 
-// One Int32 argument; the dispatch finds the record at delivery.
-void SendInt(MwHandle broadcast, int event, int32_t value) {
-  NPVariant* args = NP_UtilsNewArguments(1);
-  if (!args) return;
-  SetInt(&args[0], value);
-  Send(broadcast, event, args, 1);
+void DeliverRecording(ObjectRecord* target, PendingEvent* ev) {
+  if (!target) return;
+  NPVariant args[3];
+  SetInt(&args[0], ev->numbers[0]);
+  SetInt(&args[1], ev->numbers[1]);
+  TakeStringArgument(ev, 0, &args[2]);
+  DeliverToListeners(target, ev->event, args, 3);
+}
+
+void DeliverSpeed(ObjectRecord* target, PendingEvent* ev) {
+  if (!target) return;
+  NPVariant arg;
+  SetDouble(&arg, static_cast<double>(ev->real));
+  DeliverToListeners(target, ev->event, &arg, 1);
+}
+
+void DeliverRightsError(ObjectRecord* target, PendingEvent* ev) {
+  if (!target) return;
+  NPVariant args[4];
+  SetInt(&args[0], ev->numbers[0]);
+  TakeStringOrVoid(ev, 0, &args[1]);
+  TakeStringArgument(ev, 1, &args[2]);
+  TakeStringOrVoid(ev, 2, &args[3]);
+  DeliverToListeners(target, ev->event, args, 4);
+}
+
+// The stream event travels as a copy: its record, then name, data and text.
+void DeliverStreamEvent(ObjectRecord* target, PendingEvent* ev) {
+  if (!target) return;
+  MwStreamEvent copy;
+  memcpy(&copy, EventExtra(ev), sizeof copy);
+  const char* bytes = EventExtra(ev) + sizeof copy;
+  copy.name = bytes;
+  copy.data = copy.name + copy.nameLength;
+  copy.text = copy.data + copy.dataLength;
+  NPObject* object = SEventCreate(target->instance, &copy);
+  if (!object) return;
+  NPVariant arg;
+  SetObject(&arg, object);
+  // Only the listener registered under this kind receives it.
+  DeliverToListeners(target, ev->event, &arg, 1);
+}
+
+void Append(char** to, const char* from, uint32_t length) {
+  if (length && from) memcpy(*to, from, length);
+  else if (length) memset(*to, 0, length);
+  *to += length;
 }
 
 }  // namespace
 
 void Broadcast_onSelectedComponentChanged(MwHandle broadcast, int32_t componentType) {
-  SendInt(broadcast, kEventSelectedComponentChanged, componentType);
+  PendingEvent ev = Event(broadcast, DeliverInt, kEventSelectedComponentChanged);
+  ev.numbers[0] = componentType;
+  PostEvent(ev);
 }
 
 void Broadcast_onFullScreenChange(MwHandle broadcast) {
-  if (BroadcastFindByHandle(broadcast)) Send(broadcast, kEventFullScreenChange, nullptr, 0);
+  PostEvent(Event(broadcast, DeliverNothing, kEventFullScreenChange));
 }
 
 void Broadcast_onPlayStateChange(MwHandle broadcast, int32_t state, int32_t error) {
-  BroadcastRecord* r = BroadcastFindByHandle(broadcast);
-  if (!r) return;
-  // The one word of plug-in state an event changes; painting reads it.
-  __atomic_store_n(&r->playState, static_cast<uint32_t>(state), __ATOMIC_RELAXED);
-  NPVariant* args = NP_UtilsNewArguments(2);
-  if (!args) return;
-  SetInt(&args[0], state);
-  SetIntOrVoid(&args[1], error);
-  Send(broadcast, kEventPlayStateChange, args, 2);
+  PendingEvent ev = Event(broadcast, DeliverPlayState, kEventPlayStateChange);
+  ev.numbers[0] = state;
+  ev.numbers[1] = error;
+  PostEvent(ev);
 }
 
 void Broadcast_onProgrammesChanged(MwHandle broadcast) {
-  Send(broadcast, kEventProgrammesChanged, nullptr, 0);
+  PostEvent(Event(broadcast, DeliverNothing, kEventProgrammesChanged));
 }
 
 void Broadcast_onChannelChangeError(MwHandle broadcast, MwHandle channel, int32_t errorState) {
-  SendChannelEvent(broadcast, channel, kEventChannelChangeError, errorState, 2);
+  PendingEvent ev = Event(broadcast, DeliverChannel, kEventChannelChangeError);
+  ev.owned[0] = channel;
+  ev.numbers[0] = errorState;
+  PostEvent(ev);
 }
 
 void Broadcast_onChannelChangeSucceeded(MwHandle broadcast, MwHandle channel) {
-  SendChannelEvent(broadcast, channel, kEventChannelChangeSucceeded, 0, 1);
+  PendingEvent ev = Event(broadcast, DeliverChannel, kEventChannelChangeSucceeded);
+  ev.owned[0] = channel;
+  PostEvent(ev);
 }
 
 void Broadcast_onParentalRatingChange(MwHandle broadcast, MwHandle contentId, MwHandle rating,
                                       MwHandle drmSystemId, uint8_t blocked) {
-  SendRatingEvent(broadcast, contentId, rating, drmSystemId, kEventParentalRatingChange, 4,
-                  blocked != 0);
+  PendingEvent ev = Event(broadcast, DeliverRating, kEventParentalRatingChange);
+  ev.owned[0] = contentId;
+  ev.owned[1] = drmSystemId;
+  ev.borrowed = rating;
+  ev.numbers[0] = blocked;
+  PostEvent(ev);
 }
 
 void Broadcast_onParentalRatingError(MwHandle broadcast, MwHandle contentId, MwHandle rating,
                                      MwHandle drmSystemId) {
-  SendRatingEvent(broadcast, contentId, rating, drmSystemId, kEventParentalRatingError, 3, false);
+  PendingEvent ev = Event(broadcast, DeliverRating, kEventParentalRatingError);
+  ev.owned[0] = contentId;
+  ev.owned[1] = drmSystemId;
+  ev.borrowed = rating;
+  PostEvent(ev);
 }
 
 void Broadcast_onRecordingEvent(MwHandle broadcast, int32_t state, int32_t error,
                                 MwHandle recordingId) {
-  NPVariant* args = NP_UtilsNewArguments(3);
-  if (!args) {
-    ReleaseHandle(recordingId);
-    return;
-  }
-  SetInt(&args[0], state);
-  SetInt(&args[1], error);
-  NP_UtilsHbbtvStringToResult(recordingId, &args[2]);
-  Send(broadcast, kEventRecordingEvent, args, 3);
+  PendingEvent ev = Event(broadcast, DeliverRecording, kEventRecordingEvent);
+  ev.numbers[0] = state;
+  ev.numbers[1] = error;
+  ev.owned[0] = recordingId;
+  PostEvent(ev);
 }
 
 void Broadcast_onPlaySpeedChanged(MwHandle broadcast, float speed) {
-  NPVariant* args = NP_UtilsNewArguments(1);
-  if (!args) return;
-  SetDouble(&args[0], static_cast<double>(speed));
-  Send(broadcast, kEventPlaySpeedChanged, args, 1);
+  PendingEvent ev = Event(broadcast, DeliverSpeed, kEventPlaySpeedChanged);
+  ev.real = speed;
+  PostEvent(ev);
 }
 
 void Broadcast_onPlayPositionChanged(MwHandle broadcast, int32_t position) {
-  SendInt(broadcast, kEventPlayPositionChanged, position);
+  PendingEvent ev = Event(broadcast, DeliverInt, kEventPlayPositionChanged);
+  ev.numbers[0] = position;
+  PostEvent(ev);
 }
 
 void Broadcast_onDRMRightsError(MwHandle broadcast, int32_t errorState, MwHandle contentId,
                                 MwHandle drmSystemId, MwHandle rightsIssuerUrl) {
-  NPVariant* args = NP_UtilsNewArguments(4);
-  if (!args) {
-    ReleaseHandle(contentId);
-    ReleaseHandle(drmSystemId);
-    ReleaseHandle(rightsIssuerUrl);
-    return;
-  }
-  SetInt(&args[0], errorState);
-  SetStringOrVoid(&args[1], contentId);
-  NP_UtilsHbbtvStringToResult(drmSystemId, &args[2]);
-  SetStringOrVoid(&args[3], rightsIssuerUrl);
-  Send(broadcast, kEventDRMRightsError, args, 4);
+  PendingEvent ev = Event(broadcast, DeliverRightsError, kEventDRMRightsError);
+  ev.numbers[0] = errorState;
+  ev.owned[0] = contentId;
+  ev.owned[1] = drmSystemId;
+  ev.owned[2] = rightsIssuerUrl;
+  PostEvent(ev);
 }
 
 void Broadcast_onStreamEvent(MwHandle broadcast, uint32_t listenerKind, const MwStreamEvent* event) {
-  BroadcastRecord* r = BroadcastFindByHandle(broadcast);
-  if (!r || !event) return;
-  NPObject* object = SEventCreate(r->instance, event);
-  if (!object) return;
-  NPVariant* args = NP_UtilsNewArguments(1);
-  if (!args) {
-    NPN_ReleaseObject(object);
-    return;
-  }
-  SetObject(&args[0], object);
-  // Only the listener registered under this kind receives it.
-  NP_UtilsAsyncCallback(&g_broadcasts, broadcast, listenerKind, args, 1);
+  if (!event) return;
+  // The middleware's texts are only lent for the call: the event takes a copy.
+  uint64_t bytes = uint64_t{event->nameLength} + event->dataLength + event->textLength;
+  if (bytes > UINT32_MAX - sizeof(MwStreamEvent)) return;
+  PendingEvent* ev = NewPendingEvent(static_cast<uint32_t>(sizeof(MwStreamEvent) + bytes));
+  if (!ev) return;
+  ev->list = &BroadcastList();
+  ev->deliver = DeliverStreamEvent;
+  ev->target = broadcast;
+  ev->event = listenerKind;
+  memcpy(EventExtra(ev), event, sizeof(MwStreamEvent));
+  char* to = EventExtra(ev) + sizeof(MwStreamEvent);
+  Append(&to, event->name, event->nameLength);
+  Append(&to, event->data, event->dataLength);
+  Append(&to, event->text, event->textLength);
+  PostPendingEvent(ev);
 }

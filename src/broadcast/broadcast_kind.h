@@ -4,10 +4,10 @@
 #define ORVANE_BROADCAST_BROADCAST_KIND_H
 
 #include "broadcast/broadcast.h"
-#include "plugin/frame.h"
+#include "frame/frame.h"
 
 // The broadcast records, newest first.
-extern ObjectRecord* g_broadcasts;
+RecordList& BroadcastList();
 
 // Property indices; 13..24 are the event properties, and each index is also
 // the listener kind of its event.
@@ -69,8 +69,9 @@ constexpr int kFirstMethod = kMethodGetChannelConfig;
 
 NameTable& BroadcastProperties();  // indices 0..24
 NameTable& BroadcastMethods();     // indices 25..43, stored from 0
-// The name of property `index` ("onPlayStateChange" for 15).
-const char* BroadcastPropertyName(int index);
+// The event properties (indices 13..24) as the listener table; slot i is
+// property kFirstEvent + i.
+const EventTable& BroadcastEvents();
 
 BroadcastRecord* BroadcastFind(NPObject* object);
 BroadcastRecord* BroadcastFindByHandle(MwHandle handle);

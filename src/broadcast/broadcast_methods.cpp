@@ -9,7 +9,6 @@
 #include "middleware/broadcast.h"
 #include "style/style.h"
 #include "utils/convert.h"
-#include "utils/listeners.h"
 
 namespace {
 
@@ -97,19 +96,8 @@ bool SetFullScreen(BroadcastRecord* r, const NPVariant* args, uint32_t count) {
   return true;
 }
 
-// The type name is compared for its own length with each event name after
-// its "on", so that a prefix ("Play") selects the first event it begins
-// (intended leniency).
 bool AddEventListener(BroadcastRecord* r, const NPVariant* args, uint32_t count) {
-  if (count < 2 || !IsString(args[0])) return true;
-  MwString type = ArgString(args[0]);
-  for (int index = kFirstEvent; index <= kLastEvent; index++) {
-    const char* name = BroadcastPropertyName(index) + 2;
-    if (strncmp(type.data, name, type.length) == 0) {
-      NP_UtilsAddEventListener(r, &args[1], static_cast<uint32_t>(index));
-      return true;
-    }
-  }
+  if (count >= 2 && IsString(args[0])) AddListenerByType(r, BroadcastEvents(), ArgString(args[0]), &args[1]);
   return true;
 }
 

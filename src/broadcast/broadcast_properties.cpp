@@ -6,10 +6,9 @@
 #include "broadcast/channel.h"
 #include "collection/collection.h"
 #include "middleware/broadcast.h"
-#include "plugin/log.h"
+#include "npapi/log.h"
 #include "style/style.h"
 #include "utils/convert.h"
-#include "utils/listeners.h"
 
 namespace {
 
@@ -80,8 +79,8 @@ bool BroadcastGetProperty(NPObject* object, NPIdentifier id, NPVariant* result) 
     case kPropRecordingState: SetInt(result, MwBroadcastGetRecordingState(h)); return true;
     default:
       if (IsEvent(index)) {
-        SetNull(result);
-        return NP_UtilsListenerToResult(r->onHandlers[index - kFirstEvent], result);
+        SetNull(result);  // an empty slot reads as a failed read with Null
+        return ReadListenerSlot(r, index - kFirstEvent, result);
       }
       LogUnknownProperty(id);
       return false;
@@ -119,8 +118,7 @@ bool BroadcastSetProperty(NPObject* object, NPIdentifier id, const NPVariant* va
     case kPropData: return SetData(r, value);
     default:
       if (IsEvent(index)) {
-        NP_UtilsReplaceListener(r, &r->onHandlers[index - kFirstEvent], value,
-                                static_cast<uint32_t>(index));
+        WriteListenerSlot(r, BroadcastEvents(), index - kFirstEvent, value);
         return true;
       }
       ORV_ERROR("Broadcast_SetProperty", 750, "\n");

@@ -6,16 +6,17 @@
 #include "broadcast/broadcast_kind.h"
 #include "middleware/broadcast.h"
 #include "utils/convert.h"
-#include "utils/listeners.h"
+#include "frame/listeners.h"
 #include "utils/record_alloc.h"
 #include "utils/url.h"
 
 namespace {
 
 // The notify data of a description download (from NPN_MemAlloc): the
-// listener, the event name (pointing into the record's tail) and the kind.
+// registration it made (listener and kind, which no other registration of
+// the record has) and the event name (pointing into the record's tail).
 struct StreamEventRequest {
-  NPObject* listener;  // 0 once the registration was withdrawn
+  NPObject* listener;  // only compared, never used: the page may have let it go; 0 once withdrawn
   uint32_t nameLength;
   const char* name;
   uint32_t kind;
@@ -96,15 +97,15 @@ int32_t BroadcastStreamData(BroadcastRecord* r, void* notify, int32_t count, con
                                                static_cast<uint32_t>(count), request->nameLength,
                                                request->name, request->kind);
   if (added) return added;
-  int32_t removed = NP_UtilsRemoveEventListener(r, request->listener);
+  bool removed = RemoveEventRegistration(r, request->listener, request->kind);
   request->listener = nullptr;
-  return removed;
+  return removed ? static_cast<int32_t>(request->kind) : -1;
 }
 
 void BroadcastStreamNotify(BroadcastRecord* r, void* notify, NPReason reason) {
   StreamEventRequest* request = static_cast<StreamEventRequest*>(notify);
   if (!request) return;
-  if (r && reason != NPRES_DONE && NP_UtilsRemoveEventListener(r, request->listener) != -1)
+  if (r && reason != NPRES_DONE && RemoveEventRegistration(r, request->listener, request->kind))
     MwBroadcastRemoveStreamEventListener(r->handle, request->nameLength, request->name,
                                          request->kind);
   NPN_MemFree(request);

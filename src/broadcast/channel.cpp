@@ -1,20 +1,14 @@
 #include "broadcast/channel.h"
 
+#include "collection/collection_item.h"
+#include "frame/frame.h"
 #include "middleware/broadcast.h"
-#include "plugin/frame.h"
-#include "plugin/record.h"
+#include "middleware/collection.h"
 #include "utils/convert.h"
-#include "utils/record_alloc.h"
 
 namespace {
 
-struct ChannelRecord {
-  NPObject* object;
-  MwHandle handle;  // owned
-  ChannelRecord* next;
-};
-
-ChannelRecord* g_channels = nullptr;
+RecordList g_channels;
 
 enum Property {
   kTypeTv,
@@ -45,23 +39,12 @@ const char* const kPropertyNames[] = {
     "runningStatus", "hidden",     "opalChannelType", "freesatServiceID",
 };
 
-void Release(MwHandle handle) {
-  if (handle) MwObjectRelease(handle);
-}
-
-struct Channel : KindDefaults<Channel> {
+struct Channel : HandedOutKind<Channel> {
   ORV_PROPERTY_TABLE(kPropertyNames)
-
-  static void Deallocate(NPObject* object) {
-    ChannelRecord* r = FindByObject(g_channels, object);
-    if (!r) return;
-    Release(r->handle);
-    Unlink(&g_channels, r);
-    RecordFree(r);
-  }
+  static RecordList& List() { return g_channels; }
 
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    ChannelRecord* r = FindByObject(g_channels, object);
+    ObjectRecord* r = Find(object);
     if (!r || !r->handle) return false;
     MwHandle h = r->handle;
     switch (Properties().Find(id)) {
@@ -98,24 +81,47 @@ struct Channel : KindDefaults<Channel> {
 }  // namespace
 
 NPObject* ChannelCreate(NPP instance, MwHandle channel) {
-  Channel::Properties().Intern();
   // One script object per channel handle: a second wrap shares the first.
-  if (ChannelRecord* existing = channel ? FindByHandle(g_channels, channel) : nullptr) {
-    Release(channel);
-    return NPN_RetainObject(existing->object);
+  if (NPObject* shared = SharedObject<Channel>(channel)) {
+    MwObjectRelease(channel);
+    return shared;
   }
-  ChannelRecord* r = NewScriptRecord<ChannelRecord>(instance, ScriptClass<Channel>::Class());
-  if (!r) {
-    Release(channel);
-    return nullptr;
-  }
-  r->handle = channel;
-  PushFront(&g_channels, r);
-  return r->object;
+  return NewHandedOut<Channel>(instance, channel, kReleaseOnFailure);
 }
 
-MwHandle ChannelGetHandle(NPObject* object) {
-  if (!object) return 0;
-  ChannelRecord* r = FindByObject(g_channels, object);
-  return r ? r->handle : 0;
+MwHandle ChannelGetHandle(NPObject* object) { return HandleOf<Channel>(object); }
+
+// ---- channel lists ---------------------------------------------------------------
+
+namespace {
+
+void ChannelToResult(CollectionRecord* r, MwHandle channel, NPVariant* result) {
+  SetObjectOrNull(result, channel ? ChannelCreate(r->instance, channel) : nullptr);
 }
+
+bool GetChannel(CollectionRecord* r, const NPVariant* args, uint32_t count, NPVariant* result) {
+  if (count != 1) return false;
+  MwString ccid = CollectionStringArg(args[0]);
+  ChannelToResult(r, MwChannelListGetChannel(r->handle, &ccid), result);
+  return true;
+}
+
+bool GetChannelByTriplet(CollectionRecord* r, const NPVariant* args, uint32_t count,
+                         NPVariant* result) {
+  if (count != 3) return false;
+  uint32_t onid, tsid = 0, sid;
+  if (!NP_UtilsGetU32BIT(&args[0], &onid) || !NP_UtilsGetU32BIT(&args[2], &sid)) return false;
+  // A null tsid stands for "any transport stream" and is passed as 0.
+  if (args[1].type != NPVariantType_Null && !NP_UtilsGetU32BIT(&args[1], &tsid)) return false;
+  ChannelToResult(r, MwChannelListGetChannelByTriplet(r->handle, onid, tsid, sid), result);
+  return true;
+}
+
+const CollectionMember kListMembers[] = {
+    {"getChannel", nullptr, GetChannel},
+    {"getChannelByTriplet", nullptr, GetChannelByTriplet},
+};
+
+}  // namespace
+
+extern const CollectionItemKind kChannelItems = {ChannelCreate, true, ORV_MEMBERS(kListMembers)};

@@ -3,8 +3,8 @@
 #define ORVANE_BROADCAST_CHANNEL_H
 
 #include "middleware/types.h"
-#include "plugin/export.h"
-#include "plugin/npapi.h"
+#include "npapi/export.h"
+#include "npapi/npapi.h"
 
 // Takes over `channel` in every case. Returns the handle's script object
 // (an existing one, retained once more) or null.

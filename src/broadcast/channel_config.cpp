@@ -2,31 +2,22 @@
 
 #include "collection/collection.h"
 #include "middleware/broadcast.h"
-#include "plugin/frame.h"
-#include "plugin/record.h"
-#include "utils/record_alloc.h"
+#include "frame/frame.h"
 
 namespace {
 
-ChannelConfigRecord* g_configs = nullptr;
+RecordList g_configs;
 
 enum Property { kChannelList, kGenres };
 const char* const kPropertyNames[] = {"channelList", "genres"};
 
-struct ChannelConfig : KindDefaults<ChannelConfig> {
+struct ChannelConfig : HandedOutKind<ChannelConfig, ChannelConfigRecord> {
   static constexpr bool kStubResult = false;
-
   ORV_PROPERTY_TABLE(kPropertyNames)
-
-  static void Deallocate(NPObject* object) {
-    ChannelConfigRecord* r = FindChanconfigHandle(object);
-    if (!r) return;
-    if (r->handle) MwObjectRelease(r->handle);
-    FreeChanconfigHandle(r);
-  }
+  static RecordList& List() { return g_configs; }
 
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    ChannelConfigRecord* r = FindChanconfigHandle(object);
+    ChannelConfigRecord* r = Find(object);
     if (!r) return false;
     MwHandle list;
     uint32_t kind;
@@ -58,27 +49,19 @@ struct ChannelConfig : KindDefaults<ChannelConfig> {
 }  // namespace
 
 NPObject* ChannelConfigCreate(NPP instance, MwHandle config) {
-  ChannelConfig::Properties().Intern();
   // The handle is the object's from here on, also when none can be made.
-  ChannelConfigRecord* r =
-      NewScriptRecord<ChannelConfigRecord>(instance, ScriptClass<ChannelConfig>::Class());
-  if (!r) {
-    if (config) MwObjectRelease(config);
-    return nullptr;
-  }
-  r->handle = config;
-  r->instance = instance;
-  PushFront(&g_configs, r);
-  return r->object;
+  return NewHandedOut<ChannelConfig>(instance, config, kReleaseOnFailure);
 }
 
 NPObject* ChannelConfigFindNPAPIObj(MwHandle config) {
-  ChannelConfigRecord* r = FindByHandle(g_configs, config);
+  ObjectRecord* r = g_configs.FindByHandle(config);
   return r ? r->object : nullptr;
 }
 
-ChannelConfigRecord* FindChanconfigHandle(NPObject* object) { return FindByObject(g_configs, object); }
+ChannelConfigRecord* FindChanconfigHandle(NPObject* object) { return ChannelConfig::Find(object); }
 
+// Unlinks and frees a record; one that is not on the list stays allocated.
+// Its handle stays the caller's.
 void FreeChanconfigHandle(ChannelConfigRecord* record) {
-  if (record && Unlink(&g_configs, record)) RecordFree(record);
+  if (record && g_configs.Remove(record)) FrameFreeRecord(record);
 }

@@ -2,16 +2,12 @@
 #ifndef ORVANE_BROADCAST_CHANNEL_CONFIG_H
 #define ORVANE_BROADCAST_CHANNEL_CONFIG_H
 
+#include "frame/record.h"
 #include "middleware/types.h"
-#include "plugin/export.h"
-#include "plugin/npapi.h"
+#include "npapi/export.h"
+#include "npapi/npapi.h"
 
-struct ChannelConfigRecord {
-  NPObject* object;
-  MwHandle handle;  // owned
-  NPP instance;
-  ChannelConfigRecord* next;
-};
+struct ChannelConfigRecord : ObjectRecord {};  // handle owned
 
 // A new object owning `config`, or null. Takes over `config` in every case:
 // on failure it is released here.

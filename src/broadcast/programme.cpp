@@ -2,22 +2,14 @@
 
 #include "collection/collection.h"
 #include "middleware/broadcast.h"
-#include "plugin/frame.h"
-#include "plugin/record.h"
+#include "collection/collection_item.h"
+#include "frame/frame.h"
 #include "recording/scheduled_recording.h"
 #include "utils/convert.h"
-#include "utils/record_alloc.h"
 
 namespace {
 
-struct ProgrammeRecord {
-  NPObject* object;
-  NPP instance;     // passed on to the collections and recordings it makes
-  MwHandle handle;  // owned; released when the object goes
-  ProgrammeRecord* next;
-};
-
-ProgrammeRecord* g_programmes = nullptr;
+RecordList g_programmes;
 
 enum Property {
   kName,
@@ -56,11 +48,9 @@ const char* const kPropertyNames[] = {
 };
 const char* const kMethodNames[] = {"getSIDescriptors"};
 
-ProgrammeRecord* Find(NPObject* object) { return FindByObject(g_programmes, object); }
-
 // A list property: a collection of `kind`, or Null and a failed read when
 // there is no list or no collection could be made.
-bool ListToResult(ProgrammeRecord* r, MwHandle list, uint32_t kind, NPVariant* result) {
+bool ListToResult(ObjectRecord* r, MwHandle list, uint32_t kind, NPVariant* result) {
   NPObject* collection = list ? CollectionCreate(r->instance, list, kind) : nullptr;
   SetObjectOrNull(result, collection);
   return collection != nullptr;
@@ -83,7 +73,7 @@ bool Text(MwHandle string, NPVariant* result) {
 
 // No recording reads as undefined and the read succeeds: unlike the list
 // properties, which give Null and fail. Intended.
-bool Recording(ProgrammeRecord* r, NPVariant* result) {
+bool Recording(ObjectRecord* r, NPVariant* result) {
   MwHandle recording = MwProgrammeGetRecording(r->handle);
   if (!recording) {
     SetVoid(result);
@@ -93,20 +83,13 @@ bool Recording(ProgrammeRecord* r, NPVariant* result) {
   return true;
 }
 
-struct Programme : KindDefaults<Programme> {
+struct Programme : HandedOutKind<Programme> {
   ORV_PROPERTY_TABLE(kPropertyNames)
   ORV_METHOD_TABLE(kMethodNames)
-
-  static void Deallocate(NPObject* object) {
-    ProgrammeRecord* r = Find(object);
-    if (!r) return;
-    if (r->handle) MwObjectRelease(r->handle);
-    Unlink(&g_programmes, r);
-    RecordFree(r);
-  }
+  static RecordList& List() { return g_programmes; }
 
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    ProgrammeRecord* r = Find(object);
+    ObjectRecord* r = Find(object);
     if (!r) return false;
     MwHandle h = r->handle;
     switch (Properties().Find(id)) {
@@ -145,7 +128,7 @@ struct Programme : KindDefaults<Programme> {
   // of descriptor strings, or Null when there are none.
   static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
                      NPVariant* result) {
-    ProgrammeRecord* r = Find(object);
+    ObjectRecord* r = Find(object);
     if (!r || Methods().Find(id) != 0) return false;
     uint32_t tag;
     if (count < 1 || count > 2 || !NP_UtilsGetU32BIT(&args[0], &tag)) return false;
@@ -162,19 +145,9 @@ struct Programme : KindDefaults<Programme> {
 // The object for `programme`; *shared tells whether an existing object was
 // returned (the handle then stays the caller's).
 NPObject* Create(NPP instance, MwHandle programme, bool* shared) {
-  Programme::Properties().Intern();
-  Programme::Methods().Intern();
-  *shared = false;
-  if (ProgrammeRecord* existing = programme ? FindByHandle(g_programmes, programme) : nullptr) {
-    *shared = true;
-    return NPN_RetainObject(existing->object);
-  }
-  ProgrammeRecord* r = NewScriptRecord<ProgrammeRecord>(instance, ScriptClass<Programme>::Class());
-  if (!r) return nullptr;
-  r->instance = instance;
-  r->handle = programme;
-  PushFront(&g_programmes, r);
-  return r->object;
+  NPObject* object = SharedObject<Programme>(programme);
+  *shared = object != nullptr;
+  return object ? object : NewHandedOut<Programme>(instance, programme, kLeaveOnFailure);
 }
 
 }  // namespace
@@ -192,8 +165,6 @@ NPObject* ProgrammeCreateTakingHandle(NPP instance, MwHandle programme) {
   return object;
 }
 
-MwHandle ProgrammeGetHandle(NPObject* object) {
-  if (!object) return 0;
-  ProgrammeRecord* r = Find(object);
-  return r ? r->handle : 0;
-}
+MwHandle ProgrammeGetHandle(NPObject* object) { return HandleOf<Programme>(object); }
+
+extern const CollectionItemKind kProgrammeItems = {ProgrammeCreateTakingHandle, true, nullptr, 0};

@@ -3,8 +3,8 @@
 #define ORVANE_BROADCAST_PROGRAMME_H
 
 #include "middleware/types.h"
-#include "plugin/export.h"
-#include "plugin/npapi.h"
+#include "npapi/export.h"
+#include "npapi/npapi.h"
 
 // The script object of `programme`.
 // - New object: the record takes over `programme`.

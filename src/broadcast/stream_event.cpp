@@ -2,18 +2,14 @@
 
 #include <cstring>
 
-#include "plugin/frame.h"
-#include "plugin/record.h"
+#include "frame/frame.h"
 #include "utils/convert.h"
-#include "utils/record_alloc.h"
 
 namespace {
 
-// One block: this head, then the name, data and text back to back (not
+// One block: this record, then the name, data and text back to back (not
 // terminated).
-struct StreamEventRecord {
-  StreamEventRecord* next;
-  NPObject* object;
+struct StreamEventRecord : ObjectRecord {
   uint32_t name_length;
   const char* name;
   uint32_t data_length;
@@ -23,7 +19,7 @@ struct StreamEventRecord {
   uint32_t status;
 };
 
-StreamEventRecord* g_events = nullptr;
+RecordList g_events;
 
 struct StatusText {
   uint32_t length;
@@ -35,18 +31,12 @@ const StatusText kError = {5, "error"};
 enum Property { kName, kData, kText, kStatus };
 const char* const kPropertyNames[] = {"name", "data", "text", "status"};
 
-struct StreamEvent : KindDefaults<StreamEvent> {
+struct StreamEvent : HandedOutKind<StreamEvent, StreamEventRecord> {
   ORV_PROPERTY_TABLE(kPropertyNames)
-
-  static void Deallocate(NPObject* object) {
-    StreamEventRecord* r = FindByObject(g_events, object);
-    if (!r) return;
-    Unlink(&g_events, r);
-    RecordFree(r);
-  }
+  static RecordList& List() { return g_events; }
 
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    StreamEventRecord* r = FindByObject(g_events, object);
+    StreamEventRecord* r = Find(object);
     if (!r) return false;
     switch (Properties().Find(id)) {
       case kName: NP_UtilsStringToResult(r->name_length, r->name, result); return true;
@@ -78,16 +68,9 @@ void SEventInit() { StreamEvent::Properties().Intern(); }
 
 NPObject* SEventCreate(NPP instance, const MwStreamEvent* event) {
   if (!event) return nullptr;
-  StreamEvent::Properties().Intern();
-  size_t size = sizeof(StreamEventRecord) + size_t{event->nameLength} + event->dataLength +
-                event->textLength;
-  StreamEventRecord* r = static_cast<StreamEventRecord*>(RecordAlloc(size));
+  size_t bytes_length = size_t{event->nameLength} + event->dataLength + event->textLength;
+  StreamEventRecord* r = NewRecord<StreamEvent>(instance, bytes_length);
   if (!r) return nullptr;
-  r->object = NPN_CreateObject(instance, ScriptClass<StreamEvent>::Class());
-  if (!r->object) {
-    RecordFree(r);
-    return nullptr;
-  }
   char* bytes = reinterpret_cast<char*>(r + 1);
   r->name_length = event->nameLength;
   r->name = Copy(&bytes, event->name, event->nameLength);
@@ -96,6 +79,6 @@ NPObject* SEventCreate(NPP instance, const MwStreamEvent* event) {
   r->text_length = event->textLength;
   r->text = Copy(&bytes, event->text, event->textLength);
   r->status = event->status;
-  PushFront(&g_events, r);
+  g_events.Add(r);
   return r->object;
 }

@@ -3,8 +3,8 @@
 #define ORVANE_BROADCAST_STREAM_EVENT_H
 
 #include "middleware/types.h"
-#include "plugin/export.h"
-#include "plugin/npapi.h"
+#include "npapi/export.h"
+#include "npapi/npapi.h"
 
 void SEventInit();
 // A new object copying `event`, or null.

@@ -2,38 +2,45 @@
 
 #include <cstdlib>
 
-#include "collection/collection_kinds.h"
+#include "collection/collection_item.h"
+#include "frame/frame.h"
 #include "middleware/collection.h"
-#include "plugin/record.h"
 #include "utils/convert.h"
-#include "utils/record_alloc.h"
 
 namespace {
 
-CollectionRecord* g_collections = nullptr;
+RecordList g_collections;
 
-const char* const kNames[] = {
-    "length",   "item",      "getChannel", "getChannelByTriplet", "addParentalRating",
-    "addParentalRatingScheme", "getParentalRatingScheme", "getResults", "abort",
-    "offset",   "totalSize",
+enum Name { kLength, kItem };
+const char* const kNames[] = {"length", "item"};
+
+constexpr size_t kMaxMembers = 4;
+// The identifiers of each kind's members, interned on the first collection
+// of the kind.
+struct MemberIds {
+  bool done;
+  NPIdentifier ids[kMaxMembers];
 };
+MemberIds g_member_ids[kCollectionKindCount];
 
-CollectionRecord* Find(NPObject* object) { return FindByObject(g_collections, object); }
-
-// The kind's extra property named by `id` (last entry first), or null.
-const KindProperty* FindKindProperty(uint32_t kind, NPIdentifier id) {
-  const CollectionKindInfo* info = CollectionKindOf(kind);
-  if (!info) return nullptr;
-  for (size_t i = info->property_count; i-- > 0;)
-    if (CollectionNames()[info->properties[i].name] == id) return &info->properties[i];
-  return nullptr;
+const CollectionItemKind* ItemKind(uint32_t kind) {
+  return kind < kCollectionKindCount ? g_collection_item_kinds[kind] : nullptr;
 }
 
-const KindMethodEntry* FindKindMethod(uint32_t kind, NPIdentifier id) {
-  const CollectionKindInfo* info = CollectionKindOf(kind);
-  if (!info) return nullptr;
-  for (size_t i = info->method_count; i-- > 0;)
-    if (CollectionNames()[info->methods[i].name] == id) return &info->methods[i];
+void InternMembers(uint32_t kind) {
+  const CollectionItemKind* info = ItemKind(kind);
+  if (!info || g_member_ids[kind].done) return;
+  for (size_t i = 0; i < info->member_count && i < kMaxMembers; i++)
+    g_member_ids[kind].ids[i] = NPN_GetStringIdentifier(info->members[i].name);
+  g_member_ids[kind].done = true;
+}
+
+// The kind's member named by `id`, or null.
+const CollectionMember* FindMember(uint32_t kind, NPIdentifier id) {
+  const CollectionItemKind* info = ItemKind(kind);
+  if (!info || !g_member_ids[kind].done) return nullptr;
+  for (size_t i = 0; i < info->member_count && i < kMaxMembers; i++)
+    if (g_member_ids[kind].ids[i] == id) return &info->members[i];
   return nullptr;
 }
 
@@ -56,25 +63,22 @@ void Element(CollectionRecord* r, uint32_t index, NPVariant* result) {
   CollectionElementToResult(r->instance, r->kind, MwListGetItem(r->handle, index), result);
 }
 
-struct Collection : KindDefaults<Collection> {
-  static void Deallocate(NPObject* object) {
-    CollectionRecord* r = Find(object);
-    if (!r) return;
-    if (r->handle) MwObjectRelease(r->handle);
-    Unlink(&g_collections, r);
-    RecordFree(r);
-  }
+struct Collection : HandedOutKind<Collection, CollectionRecord> {
+  ORV_PROPERTY_TABLE(kNames)
+  static RecordList& List() { return g_collections; }
 
   static bool HasMethod(NPObject* object, NPIdentifier id) {
-    if (id == CollectionNames()[kNameItem]) return true;
+    if (id == Properties()[kItem]) return true;
     CollectionRecord* r = Find(object);
-    return r && FindKindMethod(r->kind, id);
+    const CollectionMember* m = r ? FindMember(r->kind, id) : nullptr;
+    return m && m->call;
   }
 
   static bool HasProperty(NPObject* object, NPIdentifier id) {
-    if (id == CollectionNames()[kNameLength]) return true;
+    if (id == Properties()[kLength]) return true;
     CollectionRecord* r = Find(object);
-    if (r && FindKindProperty(r->kind, id)) return true;
+    const CollectionMember* m = r ? FindMember(r->kind, id) : nullptr;
+    if (m && m->get) return true;
     uint32_t index;
     return IndexOf(id, &index);
   }
@@ -82,11 +86,12 @@ struct Collection : KindDefaults<Collection> {
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
     CollectionRecord* r = Find(object);
     if (!r) return false;
-    if (id == CollectionNames()[kNameLength]) {
+    if (id == Properties()[kLength]) {
       SetInt(result, MwListGetCount(r->handle));
       return true;
     }
-    if (const KindProperty* p = FindKindProperty(r->kind, id)) return p->get(r, result);
+    const CollectionMember* m = FindMember(r->kind, id);
+    if (m && m->get) return m->get(r, result);
     uint32_t index;
     if (!IndexOf(id, &index)) return false;
     Element(r, index, result);
@@ -97,35 +102,52 @@ struct Collection : KindDefaults<Collection> {
                      NPVariant* result) {
     CollectionRecord* r = Find(object);
     if (!r) return false;
-    if (id == CollectionNames()[kNameItem]) {
+    if (id == Properties()[kItem]) {
       uint32_t index;
       if (count != 1 || !NP_UtilsGetU32BIT(&args[0], &index)) return false;
       Element(r, index, result);
       return true;
     }
-    if (const KindMethodEntry* m = FindKindMethod(r->kind, id)) return m->call(r, args, count, result);
-    return false;
+    const CollectionMember* m = FindMember(r->kind, id);
+    return m && m->call && m->call(r, args, count, result);
   }
 };
 
 }  // namespace
 
-NameTable& CollectionNames() {
-  static NameTable t(kNames);
-  return t;
-}
-
 NPObject* CollectionCreate(NPP instance, MwHandle list, uint32_t kind) {
-  CollectionNames().Intern();
   // The list is the collection's from here on, also when none can be made.
-  CollectionRecord* r = NewScriptRecord<CollectionRecord>(instance, ScriptClass<Collection>::Class());
+  CollectionRecord* r = NewRecord<Collection>(instance);
   if (!r) {
     if (list) MwObjectRelease(list);
     return nullptr;
   }
-  r->instance = instance;
+  InternMembers(kind);
   r->handle = list;
   r->kind = kind;
-  PushFront(&g_collections, r);
+  g_collections.Add(r);
   return r->object;
+}
+
+void CollectionElementToResult(NPP instance, uint32_t kind, MwHandle element, NPVariant* result) {
+  SetVoid(result);
+  if (!element) return;
+  if (kind == kCollectionStrings) {
+    NP_UtilsHbbtvStringToResult(element, result);
+    return;
+  }
+  // Media assets and search results are only counted: no element objects.
+  if (kind >= kCollectionMediaAssets) {
+    MwObjectRelease(element);
+    return;
+  }
+  const CollectionItemKind* info = ItemKind(kind);
+  ItemConstructor create = info ? info->create : nullptr;
+  NPObject* object = create ? create(instance, element) : nullptr;
+  if (!object && !(create && info->create_takes_handle)) MwObjectRelease(element);
+  SetObjectOrNull(result, object);
+}
+
+MwString CollectionStringArg(const NPVariant& v) {
+  return IsString(v) ? ArgString(v) : MwString{0, ""};
 }

@@ -3,8 +3,8 @@
 #define ORVANE_COLLECTION_COLLECTION_H
 
 #include "middleware/types.h"
-#include "plugin/export.h"
-#include "plugin/npapi.h"
+#include "npapi/export.h"
+#include "npapi/npapi.h"
 
 enum CollectionKind : uint32_t {
   kCollectionStrings = 0,

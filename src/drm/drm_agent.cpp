@@ -1,17 +1,14 @@
 #include "drm/drm_agent.h"
 
-#include <cstring>
-
+#include "frame/events.h"
+#include "frame/frame.h"
 #include "middleware/drm.h"
-#include "plugin/frame.h"
-#include "plugin/instance_kind.h"
+#include "frame/instance_kind.h"
 #include "utils/convert.h"
-#include "utils/listeners.h"
-#include "utils/record_alloc.h"
 
 namespace {
 
-ObjectRecord* g_agents = nullptr;
+RecordList g_agents;
 
 enum Event : uint32_t { kMessageResult = 0, kSystemMessage = 1 };
 enum Property { kOnMessageResult, kOnSystemMessage };
@@ -19,10 +16,9 @@ enum Method { kSendMessage, kAddEventListener, kRemoveEventListener };
 
 const char* const kPropertyNames[] = {"onDRMMessageResult", "onDRMSystemMessage"};
 const char* const kMethodNames[] = {"sendDRMMessage", "addEventListener", "removeEventListener"};
-
-DrmAgentRecord* Find(NPObject* object) {
-  return static_cast<DrmAgentRecord*>(FindByObject(g_agents, object));
-}
+const EventProperty kEvents[] = {{"onDRMMessageResult", kMessageResult},
+                                 {"onDRMSystemMessage", kSystemMessage}};
+const EventTable kEventTable = ORV_EVENT_TABLE(kEvents);
 
 // A String argument's characters; empty for a missing or non-String argument.
 MwString StringArg(const NPVariant* args, uint32_t count, uint32_t i) {
@@ -30,17 +26,10 @@ MwString StringArg(const NPVariant* args, uint32_t count, uint32_t i) {
   return ArgString(args[i]);
 }
 
-bool TypeMatches(const MwString& type, const char* name) {
-  return strncmp(type.data, name, type.length) == 0;
-}
-
-struct DrmAgent : KindDefaults<DrmAgent> {
+struct DrmAgent : InstanceKindBase<DrmAgent, DrmAgentRecord> {
   ORV_PROPERTY_TABLE(kPropertyNames)
   ORV_METHOD_TABLE(kMethodNames)
-
-  static void Deallocate(NPObject* object) {
-    if (DrmAgentRecord* r = Find(object)) r->object = nullptr;
-  }
+  static RecordList& List() { return g_agents; }
 
   static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
                      NPVariant* result) {
@@ -54,17 +43,12 @@ struct DrmAgent : KindDefaults<DrmAgent> {
         MwString system = StringArg(args, count, 2);
         NP_UtilsHbbtvStringToResult(MwDrmAgentSendMessage(r->handle, &type, &message, &system),
                                     result);
-        return false;  // the page sees the call fail, with the message id filled in
+        return false;  // the page sees the call fail
       }
-      case kAddEventListener: {
-        if (count < 2 || !IsString(args[0])) return true;
-        MwString type = ArgString(args[0]);
-        if (TypeMatches(type, "DRMMessageResult"))
-          NP_UtilsAddEventListener(r, &args[1], kMessageResult);
-        else if (TypeMatches(type, "DRMSystemMessage"))
-          NP_UtilsAddEventListener(r, &args[1], kSystemMessage);
+      case kAddEventListener:
+        if (count >= 2 && IsString(args[0]))
+          AddListenerByType(r, kEventTable, ArgString(args[0]), &args[1]);
         return true;
-      }
       case kRemoveEventListener:
         NP_UtilsRemoveFirstArgumentListener(r, args, count);
         return true;
@@ -78,10 +62,9 @@ struct DrmAgent : KindDefaults<DrmAgent> {
     if (!r) return false;
     switch (Properties().Find(id)) {
       case kOnMessageResult:
-        NP_UtilsListenerToResult(r->on_message_result, result);
-        return false;  // filled when set, yet always reported as failed
+        return false;  // always reported as failed, set or not
       case kOnSystemMessage:
-        return NP_UtilsListenerToResult(r->on_system_message, result);
+        return ReadListenerSlot(r, kOnSystemMessage, result);
       default:
         return false;
     }
@@ -89,77 +72,60 @@ struct DrmAgent : KindDefaults<DrmAgent> {
 
   static bool SetProperty(NPObject* object, NPIdentifier id, const NPVariant* value) {
     DrmAgentRecord* r = Find(object);
-    if (!r) return false;
-    switch (Properties().Find(id)) {
-      case kOnMessageResult:
-        NP_UtilsReplaceListener(r, &r->on_message_result, value, kMessageResult);
-        return true;
-      case kOnSystemMessage:
-        NP_UtilsReplaceListener(r, &r->on_system_message, value, kSystemMessage);
-        return true;
-      default:
-        return false;
-    }
+    int slot = Properties().Find(id);
+    if (!r || slot < 0) return false;
+    WriteListenerSlot(r, kEventTable, slot, value);
+    return true;
   }
 };
 
-void ReleaseStrings(MwHandle a, MwHandle b) {
-  if (a) MwObjectRelease(a);
-  if (b) MwObjectRelease(b);
-}
-
 ObjectRecord* CreateInstance(NPP instance, const ElementAttributes&) { return OipfDrmAgentCreate(instance); }
-void DestroyInstance(ObjectRecord* r) { OipfDrmAgentDestroy(static_cast<DrmAgentRecord*>(r)); }
+void DestroyAgent(ObjectRecord* r) { OipfDrmAgentDestroy(static_cast<DrmAgentRecord*>(r)); }
+
+// Browser's thread: the answer to a message (id, answer, code), or a system
+// message (message, system id).
+void DeliverStrings(ObjectRecord* target, PendingEvent* ev) {
+  if (!target) return;
+  NPVariant args[3];
+  TakeStringArgument(ev, 0, &args[0]);
+  TakeStringArgument(ev, 1, &args[1]);
+  uint32_t count = ev->numbers[1] ? 3 : 2;
+  if (count == 3) SetInt(&args[2], ev->numbers[0]);
+  DeliverToListeners(target, kMessageResult, args, count);
+}
 
 }  // namespace
 
 extern const InstanceKind kDrmAgentKind = {
-    "application/oipfdrmagent", kKindDrmAgent, CreateInstance, DestroyInstance,
-    nullptr, nullptr, false, false, nullptr, nullptr,
+    "application/oipfdrmagent", kKindDrmAgent, CreateInstance, DestroyAgent,
+    nullptr, nullptr, false, false, nullptr, nullptr, &g_agents,
 };
 
 DrmAgentRecord* OipfDrmAgentCreate(NPP instance) {
-  DrmAgent::Properties().Intern();
-  DrmAgent::Methods().Intern();
-  DrmAgentRecord* r = NewInstanceRecord<DrmAgentRecord, DrmAgent>(instance, kKindDrmAgent);
+  DrmAgentRecord* r = NewInstance<DrmAgent>(instance, kKindDrmAgent);
   if (!r) return nullptr;
   r->handle = MwDrmAgentCreate(r->object);
-  PushFront<ObjectRecord>(&g_agents, r);
+  g_agents.Add(r);
   return r;
 }
 
-void OipfDrmAgentDestroy(DrmAgentRecord* r) {
-  if (!r || !Unlink<ObjectRecord>(&g_agents, r)) return;
-  if (r->handle) {
-    MwObjectRelease(r->handle);
-    r->handle = 0;
-  }
-  NP_UtilsFreeAllEventListeners(r);
-  RecordFree(r);
-}
+void OipfDrmAgentDestroy(DrmAgentRecord* r) { DestroyInstance(g_agents, r); }
 
 void DrmAgent_onDRMMessageResult(MwHandle agent, MwHandle messageId, MwHandle resultMessage,
                                  int32_t resultCode) {
-  NPVariant* args = FindByHandle(g_agents, agent) ? NP_UtilsNewArguments(3) : nullptr;
-  if (!args) {
-    ReleaseStrings(messageId, resultMessage);
-    return;
-  }
-  NP_UtilsHbbtvStringToResult(messageId, &args[0]);
-  NP_UtilsHbbtvStringToResult(resultMessage, &args[1]);
-  SetInt(&args[2], resultCode);
-  NP_UtilsAsyncCallback(&g_agents, agent, kMessageResult, args, 3);
+  PendingEvent ev = EventFor(g_agents, DeliverStrings, agent, kMessageResult);
+  ev.owned[0] = messageId;
+  ev.owned[1] = resultMessage;
+  ev.numbers[0] = resultCode;
+  ev.numbers[1] = 1;  // with the code
+  PostEvent(ev);
 }
 
 // System messages reach the DRMMessageResult listeners (event 0), with two
 // arguments; listeners registered for DRMSystemMessage are never called.
 void DrmAgent_onDRMSystemMessage(MwHandle agent, MwHandle message, MwHandle drmSystemId) {
-  NPVariant* args = FindByHandle(g_agents, agent) ? NP_UtilsNewArguments(2) : nullptr;
-  if (!args) {
-    ReleaseStrings(message, drmSystemId);
-    return;
-  }
-  NP_UtilsHbbtvStringToResult(message, &args[0]);
-  NP_UtilsHbbtvStringToResult(drmSystemId, &args[1]);
-  NP_UtilsAsyncCallback(&g_agents, agent, kMessageResult, args, 2);
+  PendingEvent ev = EventFor(g_agents, DeliverStrings, agent, kMessageResult);
+  ev.owned[0] = message;
+  ev.owned[1] = drmSystemId;
+  PostEvent(ev);
 }

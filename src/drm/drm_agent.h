@@ -3,18 +3,15 @@
 #ifndef ORVANE_DRM_DRM_AGENT_H
 #define ORVANE_DRM_DRM_AGENT_H
 
+#include "frame/record.h"
 #include "middleware/types.h"
-#include "plugin/export.h"
-#include "plugin/record.h"
+#include "npapi/export.h"
 
-struct DrmAgentRecord : ObjectRecord {
-  NPObject* on_message_result;  // listener set through onDRMMessageResult
-  NPObject* on_system_message;  // listener set through onDRMSystemMessage
-};
+struct DrmAgentRecord : ObjectRecord {};
 
 ORV_EXPORT DrmAgentRecord* OipfDrmAgentCreate(NPP instance);
 ORV_EXPORT void OipfDrmAgentDestroy(DrmAgentRecord* record);
-// Middleware events; the strings become the plug-in's.
+// Middleware events, from any thread; the strings become the plug-in's.
 ORV_EXPORT void DrmAgent_onDRMMessageResult(MwHandle agent, MwHandle messageId,
                                             MwHandle resultMessage, int32_t resultCode);
 ORV_EXPORT void DrmAgent_onDRMSystemMessage(MwHandle agent, MwHandle message, MwHandle drmSystemId);

@@ -2,38 +2,28 @@
 // owning) one middleware rating handle.
 #include "parental/parental_rating.h"
 
+#include <cstring>
+
+#include "collection/collection_item.h"
+#include "middleware/collection.h"
 #include "middleware/parental.h"
-#include "plugin/frame.h"
-#include "plugin/record.h"
+#include "frame/frame.h"
 #include "utils/convert.h"
 #include "utils/record_alloc.h"
 
 namespace {
 
-struct RatingRecord {
-  NPObject* object;
-  MwHandle handle;  // owned
-  RatingRecord* next;
-};
-
-RatingRecord* g_ratings = nullptr;
+RecordList g_ratings;
 
 enum Property { kName, kScheme, kValue, kLabels, kRegion };
 const char* const kPropertyNames[] = {"name", "scheme", "value", "labels", "region"};
 
-struct ParentalRating : KindDefaults<ParentalRating> {
+struct ParentalRating : HandedOutKind<ParentalRating> {
   ORV_PROPERTY_TABLE(kPropertyNames)
-
-  static void Deallocate(NPObject* object) {
-    RatingRecord* r = FindByObject(g_ratings, object);
-    if (!r) return;
-    if (r->handle) MwObjectRelease(r->handle);
-    Unlink(&g_ratings, r);
-    RecordFree(r);
-  }
+  static RecordList& List() { return g_ratings; }
 
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    RatingRecord* r = FindByObject(g_ratings, object);
+    ObjectRecord* r = Find(object);
     if (!r) return false;
     switch (Properties().Find(id)) {
       case kName: NP_UtilsHbbtvStringToResult(MwRatingGetName(r->handle), result); return true;
@@ -49,16 +39,46 @@ struct ParentalRating : KindDefaults<ParentalRating> {
 }  // namespace
 
 NPObject* ParentalRatingCreate(NPP instance, MwHandle rating) {
-  // The identifiers are fetched on every creation; the browser gives the same ones back.
-  if (browser_funcs) ParentalRating::Properties().Intern(true);
-  RatingRecord* r = NewScriptRecord<RatingRecord>(instance, ScriptClass<ParentalRating>::Class());
-  if (!r) return nullptr;
-  r->handle = rating;
-  PushFront(&g_ratings, r);
-  return r->object;
+  if (!browser_funcs) return nullptr;
+  return NewHandedOut<ParentalRating>(instance, rating, kLeaveOnFailure);
 }
 
 NPObject* ParentalRatingFindNPAPIObj(MwHandle rating) {
-  RatingRecord* r = FindByHandle(g_ratings, rating);
+  ObjectRecord* r = g_ratings.FindByHandle(rating);
   return r ? r->object : nullptr;
 }
+
+// ---- rating lists ------------------------------------------------------------------
+
+namespace {
+
+// A plug-in-side copy of a String argument's characters (exact length, not
+// terminated); false when no memory.
+bool CopyString(const NPVariant& v, MwString* out, char** buffer) {
+  MwString s = CollectionStringArg(v);
+  *buffer = static_cast<char*>(RecordAlloc(s.length ? s.length : 1));
+  if (!*buffer) return false;
+  if (s.length) memcpy(*buffer, s.data, s.length);
+  *out = MwString{s.length, *buffer};
+  return true;
+}
+
+// addParentalRating(scheme, name, value, labels, region).
+bool AddParentalRating(CollectionRecord* r, const NPVariant* args, uint32_t count, NPVariant*) {
+  if (count != 5) return false;
+  MwString scheme{}, name{}, region{};
+  char* buffers[3] = {nullptr, nullptr, nullptr};
+  uint32_t value = 0, labels = 0;
+  bool ok = CopyString(args[0], &scheme, &buffers[0]) && CopyString(args[1], &name, &buffers[1]) &&
+            CopyString(args[4], &region, &buffers[2]) && NP_UtilsGetU32BIT(&args[2], &value) &&
+            NP_UtilsGetU32BIT(&args[3], &labels);
+  if (ok) MwRatingListAddRating(r->handle, &scheme, &name, value, labels, &region);
+  for (char* b : buffers) RecordFree(b);
+  return ok;
+}
+
+const CollectionMember kListMembers[] = {{"addParentalRating", nullptr, AddParentalRating}};
+
+}  // namespace
+
+extern const CollectionItemKind kRatingItems = {ParentalRatingCreate, false, ORV_MEMBERS(kListMembers)};

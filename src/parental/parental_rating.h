@@ -3,8 +3,8 @@
 #define ORVANE_PARENTAL_PARENTAL_RATING_H
 
 #include "middleware/types.h"
-#include "plugin/export.h"
-#include "plugin/npapi.h"
+#include "npapi/export.h"
+#include "npapi/npapi.h"
 
 // A new object owning `rating`, or null (the handle then stays the caller's).
 ORV_EXPORT NPObject* ParentalRatingCreate(NPP instance, MwHandle rating);

@@ -1,8 +1,8 @@
 // The AIT instance: an "application/vnd.dvb.ait+xml" element whose data the
 // browser streams to the plug-in, fed to the middleware's AIT parser.
 #include "middleware/appmgr.h"
-#include "plugin/browser.h"
-#include "plugin/instance_kind.h"
+#include "npapi/browser.h"
+#include "frame/instance_kind.h"
 #include "utils/record_alloc.h"
 
 namespace {
@@ -32,5 +32,5 @@ int32_t WriteAit(ObjectRecord* r, NPStream* stream, int32_t length, void* bytes)
 
 extern const InstanceKind kAitKind = {
     "application/vnd.dvb.ait+xml", kKindAit, CreateAit, DestroyAit, nullptr, nullptr,
-    true, false, WriteAit, nullptr,
+    true, false, WriteAit, nullptr, nullptr,
 };

@@ -1,6 +1,6 @@
 #include "plugin/entry.h"
 
-#include "plugin/browser.h"
+#include "npapi/browser.h"
 #include "plugin/init.h"
 #include "utils/convert.h"
 

@@ -3,8 +3,8 @@
 #define ORVANE_PLUGIN_ENTRY_H
 
 #include "middleware/types.h"
-#include "plugin/export.h"
-#include "plugin/npapi.h"
+#include "npapi/export.h"
+#include "npapi/npapi.h"
 
 ORV_EXPORT NPError NP_Initialize(NPNetscapeFuncs* browser, NPPluginFuncs* plugin);
 ORV_EXPORT NPError NP_Shutdown(void);

@@ -3,10 +3,11 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "plugin/browser.h"
+#include "frame/events.h"
+#include "npapi/browser.h"
 #include "plugin/entry.h"
-#include "plugin/instance_kind.h"
-#include "plugin/log.h"
+#include "frame/instance_kind.h"
+#include "npapi/log.h"
 
 namespace {
 
@@ -43,6 +44,14 @@ ObjectRecord* RecordOf(NPP instance) {
   return instance ? static_cast<ObjectRecord*>(instance->pdata) : nullptr;
 }
 
+// A live instance other than those whose records are gone: the head of
+// any kind's list.
+NPP AnyLiveInstance() {
+  for (const InstanceKind* const* k = g_instance_kinds; *k; k++)
+    if ((*k)->list && (*k)->list->head()) return (*k)->list->head()->instance;
+  return nullptr;
+}
+
 const InstanceKind* KindOf(NPP instance) {
   ObjectRecord* r = RecordOf(instance);
   return r ? KindByNumber(r->kind) : nullptr;
@@ -65,7 +74,6 @@ extern "C" {
 
 NPError NPP_New(NPMIMEType type, NPP instance, uint16_t, int16_t argc, char* argn[], char* argv[],
                 NPSavedData*) {
-  NPN_SetValue(instance, NPPVpluginWindowBool, nullptr);  // every instance is windowless
   ElementAttributes attributes;
   if (argc > 0) attributes = ScanAttributes(argc, argn, argv);
   const InstanceKind* kind = KindByMime(type);
@@ -79,6 +87,11 @@ NPError NPP_New(NPMIMEType type, NPP instance, uint16_t, int16_t argc, char* arg
     ORV_ERROR("NPP_New", 417, "NPERR_OUT_OF_MEMORY_ERROR\n");
     return NPERR_OUT_OF_MEMORY_ERROR;
   }
+  // Every instance is windowless. Only an instance that is made says so: a
+  // browser keeps a refused instance windowed, and a refused instance that
+  // had switched crashes it later.
+  NPN_SetValue(instance, NPPVpluginWindowBool, nullptr);
+  EventsInstanceCreated(instance);
   return NPERR_NO_ERROR;
 }
 
@@ -88,6 +101,8 @@ NPError NPP_Destroy(NPP instance, NPSavedData**) {
   const InstanceKind* kind = KindByNumber(record->kind);
   if (!kind) return NPERR_INVALID_INSTANCE_ERROR;
   kind->destroy(record);
+  instance->pdata = nullptr;  // the record is gone: later calls find no instance
+  EventsInstanceDestroyed(instance, AnyLiveInstance());
   return NPERR_NO_ERROR;
 }
 

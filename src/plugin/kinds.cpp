@@ -1,4 +1,4 @@
-#include "plugin/instance_kind.h"
+#include "frame/instance_kind.h"
 
 extern const InstanceKind kAitKind;
 extern const InstanceKind kApplicationManagerKind;

@@ -5,21 +5,14 @@
 #include "broadcast/channel.h"
 #include "collection/collection.h"
 #include "middleware/recording.h"
-#include "plugin/frame.h"
-#include "plugin/record.h"
+#include "collection/collection_item.h"
+#include "frame/frame.h"
 #include "utils/convert.h"
 #include "utils/record_alloc.h"
 
 namespace {
 
-struct RecordingRecord {
-  RecordingRecord* next;
-  NPP instance;
-  NPObject* object;
-  MwHandle handle;  // owned; released when the object goes
-};
-
-RecordingRecord* g_recordings = nullptr;
+RecordList g_recordings;
 
 // The five state constants come first, in value order.
 constexpr int kStateCount = 5;
@@ -45,8 +38,6 @@ const char* const kPropertyNames[] = {
     "parentalRatings", "channel", "id", "recordingStartTime", "recordingDuration",
 };
 
-RecordingRecord* Find(NPObject* object) { return FindByObject(g_recordings, object); }
-
 // The two recording times are read only for a recording that has an id: a
 // recording without one fails these reads. Intended.
 bool TimeOfIdentified(MwHandle h, int32_t (*get)(MwHandle), NPVariant* result) {
@@ -71,19 +62,12 @@ bool SetText(MwHandle h, void (*set)(MwHandle, const MwString*, uint32_t), const
   return true;
 }
 
-struct ScheduledRecording : KindDefaults<ScheduledRecording> {
+struct ScheduledRecording : HandedOutKind<ScheduledRecording> {
   ORV_PROPERTY_TABLE(kPropertyNames)
-
-  static void Deallocate(NPObject* object) {
-    RecordingRecord* r = Find(object);
-    if (!r) return;
-    Unlink(&g_recordings, r);
-    if (r->handle) MwObjectRelease(r->handle);
-    RecordFree(r);
-  }
+  static RecordList& List() { return g_recordings; }
 
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    RecordingRecord* r = Find(object);
+    ObjectRecord* r = Find(object);
     // Without a record or a handle every read succeeds with no value: intended.
     if (!r || !r->handle) {
       SetVoid(result);
@@ -127,7 +111,7 @@ struct ScheduledRecording : KindDefaults<ScheduledRecording> {
   }
 
   static bool SetProperty(NPObject* object, NPIdentifier id, const NPVariant* value) {
-    RecordingRecord* r = Find(object);
+    ObjectRecord* r = Find(object);
     if (!r || !r->handle) return false;
     uint32_t seconds;
     switch (Properties().Find(id)) {
@@ -149,21 +133,11 @@ struct ScheduledRecording : KindDefaults<ScheduledRecording> {
 }  // namespace
 
 NPObject* ScheduledRecordingCreate(NPP instance, MwHandle recording) {
-  ScheduledRecording::Properties().Intern();
-  RecordingRecord* r =
-      NewScriptRecord<RecordingRecord>(instance, ScriptClass<ScheduledRecording>::Class());
-  if (!r) {
-    if (recording) MwObjectRelease(recording);
-    return nullptr;
-  }
-  r->instance = instance;
-  r->handle = recording;
-  PushFront(&g_recordings, r);
-  return r->object;
+  return NewHandedOut<ScheduledRecording>(instance, recording, kReleaseOnFailure);
 }
 
 MwHandle ScheduledRecordingGetHandle(NPObject* object) {
-  if (!object) return 0;
-  RecordingRecord* r = Find(object);
-  return r ? r->handle : 0;
+  return HandleOf<ScheduledRecording>(object);
 }
+
+extern const CollectionItemKind kRecordingItems = {ScheduledRecordingCreate, true, nullptr, 0};

@@ -4,8 +4,8 @@
 #define ORVANE_RECORDING_SCHEDULED_RECORDING_H
 
 #include "middleware/types.h"
-#include "plugin/export.h"
-#include "plugin/npapi.h"
+#include "npapi/export.h"
+#include "npapi/npapi.h"
 
 // A new object owning `recording` (every call makes a new object), or null.
 // Takes over `recording` in every case: on failure it is released here.

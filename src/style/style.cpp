@@ -2,10 +2,10 @@
 // element's style object, and the parser of the inline style attribute.
 #include <cstring>
 
-#include "plugin/browser.h"
-#include "plugin/frame.h"
-#include "plugin/log.h"
-#include "plugin/record.h"
+#include "npapi/browser.h"
+#include "frame/frame.h"
+#include "npapi/log.h"
+#include "frame/record.h"
 #include "style/style.h"
 #include "style/style_internal.h"
 #include "utils/convert.h"
@@ -207,18 +207,10 @@ const StyleNames& StyleIds() {
   return g_names;
 }
 
-StyleRecord*& StyleList() {
-  static StyleRecord* head = nullptr;
-  return head;
-}
-
 StyleRecord* StyleCreate(NPP instance, const char* text) {
   StyleIds();
-  StyleRecord* r = NewScriptRecord<StyleRecord>(instance, StyleObjectClass());
+  StyleRecord* r = NewStyleRecord(instance);
   if (!r) return nullptr;
-  r->instance = instance;
-  r->reserved = 0;
-  PushFront(&StyleList(), r);
   if (!text) r->position = kPositionStatic;
   else ParseStyle(r, text);  // without a "position" key the index stays 0 ("inherit")
   return r;

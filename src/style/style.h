@@ -7,8 +7,9 @@
 
 #include <cstdint>
 
-#include "plugin/export.h"
-#include "plugin/npapi.h"
+#include "frame/record.h"
+#include "npapi/export.h"
+#include "npapi/npapi.h"
 
 // The last width and height given to StyleSetWidth / StyleSetHeight; they
 // stand in for a style size of 0.
@@ -25,11 +26,7 @@ enum StylePositionIndex : int32_t {
 };
 
 // A parsed copy of an element's inline style attribute, behind a style script object.
-struct StyleRecord {
-  StyleRecord* next;
-  NPP instance;
-  NPObject* object;
-  uint32_t reserved;  // 0
+struct StyleRecord : ObjectRecord {
   int32_t position;   // StylePositionIndex
   int32_t left, top, width, height;
 };

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "plugin/npapi.h"
+#include "npapi/npapi.h"
 #include "style/style.h"
 
 enum DomName {
@@ -53,8 +53,8 @@ extern const char* const kStyleKeyNames[kStyleKeyCount];
 extern const char* const kPositionKeywords[kPositionKeywordCount];
 
 // The style records, newest first.
-StyleRecord*& StyleList();
-NPClass* StyleObjectClass();
+// A new style record and script object, on the style list; null on failure.
+StyleRecord* NewStyleRecord(NPP instance);
 
 // A bounded view of characters that need not end in NUL.
 struct TextCursor {

@@ -1,14 +1,12 @@
 // The style script object: a parsed copy of an element's inline style.
-#include "plugin/frame.h"
-#include "plugin/record.h"
+#include "frame/frame.h"
 #include "style/style.h"
 #include "style/style_internal.h"
 #include "utils/convert.h"
-#include "utils/record_alloc.h"
 
 namespace {
 
-StyleRecord* Find(NPObject* object) { return FindByObject(StyleList(), object); }
+RecordList g_styles;
 
 int KeyOf(NPIdentifier id) {
   const StyleNames& names = StyleIds();
@@ -17,15 +15,9 @@ int KeyOf(NPIdentifier id) {
   return -1;
 }
 
-struct StyleObject : KindDefaults<StyleObject> {
+struct StyleObject : HandedOutKind<StyleObject, StyleRecord> {
+  static RecordList& List() { return g_styles; }
   static bool HasProperty(NPObject*, NPIdentifier id) { return KeyOf(id) >= 0; }
-
-  static void Deallocate(NPObject* object) {
-    StyleRecord* r = Find(object);
-    if (!r) return;
-    Unlink(&StyleList(), r);
-    RecordFree(r);
-  }
 
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
     StyleRecord* r = Find(object);
@@ -65,4 +57,12 @@ struct StyleObject : KindDefaults<StyleObject> {
 
 }  // namespace
 
-NPClass* StyleObjectClass() { return ScriptClass<StyleObject>::Class(); }
+StyleRecord* NewStyleRecord(NPP instance) {
+  StyleRecord* r = NewRecord<StyleObject>(instance);
+  if (r) g_styles.Add(r);
+  return r;
+}
+
+void StyleDestroy(StyleRecord* record) {
+  if (record && g_styles.Remove(record)) FrameFreeRecord(record);
+}

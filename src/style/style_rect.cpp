@@ -3,9 +3,9 @@
 #include <cstdio>
 #include <cstring>
 
-#include "plugin/browser.h"
-#include "plugin/log.h"
-#include "plugin/record.h"
+#include "npapi/browser.h"
+#include "npapi/log.h"
+#include "frame/record.h"
 #include "style/style.h"
 #include "style/style_internal.h"
 #include "utils/convert.h"
@@ -127,8 +127,4 @@ int32_t StylePosition(NPP instance, NPObject* style) {
 
 const char* StylePositionString(uint32_t index) {
   return index < kPositionKeywordCount ? kPositionKeywords[index] : kPositionKeywords[kPositionInherit];
-}
-
-void StyleDestroy(StyleRecord* record) {
-  if (record && Unlink(&StyleList(), record)) RecordFree(record);
 }

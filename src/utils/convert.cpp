@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "middleware/types.h"
-#include "plugin/browser.h"
+#include "npapi/browser.h"
 
 NPIdentifier g_id_handleEvent;
 NPIdentifier g_id_location;
@@ -93,9 +93,4 @@ int NP_UtilsStringIsNumeric(const char* text) {
   for (; *text; text++)
     if (*text < '0' || *text > '9') return 0;
   return 1;
-}
-
-ObjectRecord* NP_UtilsFindObject(ObjectRecord** head, MwHandle handle) {
-  if (!*head || (*head)->handle == handle) return *head;
-  return FindByHandle((*head)->next, handle);
 }

@@ -3,8 +3,7 @@
 #define ORVANE_UTILS_CONVERT_H
 
 #include "middleware/types.h"
-#include "plugin/npapi.h"
-#include "plugin/record.h"
+#include "npapi/npapi.h"
 
 // Shared identifiers, interned once by NP_UtilsInit.
 extern NPIdentifier g_id_handleEvent;
@@ -25,8 +24,6 @@ int NP_UtilsGetU32BIT(const NPVariant* variant, uint32_t* out);
 int32_t NP_UtilsDoubleToInt32(double value);
 // 1 when every character is a decimal digit (the empty text included).
 int NP_UtilsStringIsNumeric(const char* text);
-// The first record of a list that carries `handle`.
-ObjectRecord* NP_UtilsFindObject(ObjectRecord** head, MwHandle handle);
 
 // Helpers on script arguments.
 inline bool IsString(const NPVariant& v) { return v.type == NPVariantType_String; }

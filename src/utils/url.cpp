@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "plugin/browser.h"
+#include "npapi/browser.h"
 #include "utils/convert.h"
 
 int NP_UtilsResolveUrl(NPP instance, MwString* url) {

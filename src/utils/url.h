@@ -3,7 +3,7 @@
 #define ORVANE_UTILS_URL_H
 
 #include "middleware/types.h"
-#include "plugin/npapi.h"
+#include "npapi/npapi.h"
 
 // Returns 1 when `url` was replaced by a new NPN_MemAlloc'ed, NUL-terminated
 // absolute URL (the caller frees it with NPN_MemFree), 0 when left as it was:

@@ -110,7 +110,7 @@ TEST_F(ChannelConfigTest, MissingHandlesAndListsAndLookups) {
   NPObject* second = ChannelConfigCreate(npp_, sim::Ref(handle));
   EXPECT_NE(config, second) << "no sharing for configurations";
   EXPECT_EQ(second, ChannelConfigFindNPAPIObj(handle)) << "the newest first";
-  ChannelConfigRecord stranger{nullptr, 0, nullptr, nullptr};
+  ChannelConfigRecord stranger{};
   FreeChanconfigHandle(&stranger);  // not on the list: left alone
 
   NPVariant v = host::Int(7);

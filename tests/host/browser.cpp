@@ -14,47 +14,48 @@ void ForceRedraw(NPP) {}
 void PushPopupsEnabledState(NPP, NPBool) {}
 void PopPopupsEnabledState(NPP) {}
 
+// Every call notes its thread.
 NPNetscapeFuncs MakeFuncs() {
   NPNetscapeFuncs f = {};
   f.size = sizeof(NPNetscapeFuncs);
   f.version = 27;
-  f.geturl = detail::GetURL;
-  f.status = Status;
-  f.uagent = UserAgent;
-  f.memalloc = detail::MemAlloc;
-  f.memfree = detail::MemFree;
-  f.memflush = MemFlush;
-  f.reloadplugins = ReloadPlugins;
-  f.geturlnotify = detail::GetURLNotify;
-  f.getvalue = detail::GetValue;
-  f.setvalue = detail::SetValue;
-  f.invalidaterect = InvalidateRect;
-  f.invalidateregion = InvalidateRegion;
-  f.forceredraw = ForceRedraw;
-  f.getstringidentifier = detail::GetStringIdentifier;
-  f.getstringidentifiers = detail::GetStringIdentifiers;
-  f.getintidentifier = detail::GetIntIdentifier;
-  f.identifierisstring = detail::IdentifierIsString;
-  f.utf8fromidentifier = detail::UTF8FromIdentifier;
-  f.intfromidentifier = detail::IntFromIdentifier;
-  f.createobject = detail::CreateObject;
-  f.retainobject = detail::RetainObject;
-  f.releaseobject = detail::ReleaseObject;
-  f.invoke = detail::Invoke;
-  f.invokeDefault = detail::InvokeDefault;
-  f.evaluate = detail::Evaluate;
-  f.getproperty = detail::GetProperty;
-  f.setproperty = detail::SetProperty;
-  f.removeproperty = detail::RemoveProperty;
-  f.hasproperty = detail::HasProperty;
-  f.hasmethod = detail::HasMethod;
-  f.releasevariantvalue = detail::ReleaseVariantValue;
-  f.setexception = detail::SetException;
-  f.pushpopupsenabledstate = PushPopupsEnabledState;
-  f.poppopupsenabledstate = PopPopupsEnabledState;
-  f.enumerate = detail::Enumerate;
-  f.pluginthreadasynccall = detail::PluginThreadAsyncCall;
-  f.construct = detail::Construct;
+  f.geturl = [](auto... a) { detail::NoteCall("geturl"); return detail::GetURL(a...); };
+  f.status = [](auto... a) { detail::NoteCall("status"); return Status(a...); };
+  f.uagent = [](auto... a) { detail::NoteCall("uagent"); return UserAgent(a...); };
+  f.memalloc = [](auto... a) { detail::NoteCall("memalloc"); return detail::MemAlloc(a...); };
+  f.memfree = [](auto... a) { detail::NoteCall("memfree"); return detail::MemFree(a...); };
+  f.memflush = [](auto... a) { detail::NoteCall("memflush"); return MemFlush(a...); };
+  f.reloadplugins = [](auto... a) { detail::NoteCall("reloadplugins"); return ReloadPlugins(a...); };
+  f.geturlnotify = [](auto... a) { detail::NoteCall("geturlnotify"); return detail::GetURLNotify(a...); };
+  f.getvalue = [](auto... a) { detail::NoteCall("getvalue"); return detail::GetValue(a...); };
+  f.setvalue = [](auto... a) { detail::NoteCall("setvalue"); return detail::SetValue(a...); };
+  f.invalidaterect = [](auto... a) { detail::NoteCall("invalidaterect"); return InvalidateRect(a...); };
+  f.invalidateregion = [](auto... a) { detail::NoteCall("invalidateregion"); return InvalidateRegion(a...); };
+  f.forceredraw = [](auto... a) { detail::NoteCall("forceredraw"); return ForceRedraw(a...); };
+  f.getstringidentifier = [](auto... a) { detail::NoteCall("getstringidentifier"); return detail::GetStringIdentifier(a...); };
+  f.getstringidentifiers = [](auto... a) { detail::NoteCall("getstringidentifiers"); return detail::GetStringIdentifiers(a...); };
+  f.getintidentifier = [](auto... a) { detail::NoteCall("getintidentifier"); return detail::GetIntIdentifier(a...); };
+  f.identifierisstring = [](auto... a) { detail::NoteCall("identifierisstring"); return detail::IdentifierIsString(a...); };
+  f.utf8fromidentifier = [](auto... a) { detail::NoteCall("utf8fromidentifier"); return detail::UTF8FromIdentifier(a...); };
+  f.intfromidentifier = [](auto... a) { detail::NoteCall("intfromidentifier"); return detail::IntFromIdentifier(a...); };
+  f.createobject = [](auto... a) { detail::NoteCall("createobject"); return detail::CreateObject(a...); };
+  f.retainobject = [](auto... a) { detail::NoteCall("retainobject"); return detail::RetainObject(a...); };
+  f.releaseobject = [](auto... a) { detail::NoteCall("releaseobject"); return detail::ReleaseObject(a...); };
+  f.invoke = [](auto... a) { detail::NoteCall("invoke"); return detail::Invoke(a...); };
+  f.invokeDefault = [](auto... a) { detail::NoteCall("invokeDefault"); return detail::InvokeDefault(a...); };
+  f.evaluate = [](auto... a) { detail::NoteCall("evaluate"); return detail::Evaluate(a...); };
+  f.getproperty = [](auto... a) { detail::NoteCall("getproperty"); return detail::GetProperty(a...); };
+  f.setproperty = [](auto... a) { detail::NoteCall("setproperty"); return detail::SetProperty(a...); };
+  f.removeproperty = [](auto... a) { detail::NoteCall("removeproperty"); return detail::RemoveProperty(a...); };
+  f.hasproperty = [](auto... a) { detail::NoteCall("hasproperty"); return detail::HasProperty(a...); };
+  f.hasmethod = [](auto... a) { detail::NoteCall("hasmethod"); return detail::HasMethod(a...); };
+  f.releasevariantvalue = [](auto... a) { detail::NoteCall("releasevariantvalue"); return detail::ReleaseVariantValue(a...); };
+  f.setexception = [](auto... a) { detail::NoteCall("setexception"); return detail::SetException(a...); };
+  f.pushpopupsenabledstate = [](auto... a) { detail::NoteCall("pushpopupsenabledstate"); return PushPopupsEnabledState(a...); };
+  f.poppopupsenabledstate = [](auto... a) { detail::NoteCall("poppopupsenabledstate"); return PopPopupsEnabledState(a...); };
+  f.enumerate = [](auto... a) { detail::NoteCall("enumerate"); return detail::Enumerate(a...); };
+  f.pluginthreadasynccall = [](auto... a) { detail::NoteCall("pluginthreadasynccall"); return detail::PluginThreadAsyncCall(a...); };
+  f.construct = [](auto... a) { detail::NoteCall("construct"); return detail::Construct(a...); };
   return f;
 }
 

@@ -39,6 +39,7 @@ void OrvaneTest::CheckClean() {
   EXPECT_EQ(0u, host::LiveRecords()) << "plug-in records leaked";
   EXPECT_EQ(0u, sim::HeldHandles()) << "middleware handles not released:\n" << sim::HeldHandlesReport();
   EXPECT_EQ(0u, sim::ReleaseErrors()) << "middleware handles released wrongly";
+  EXPECT_EQ(std::vector<std::string>(), host::OffThreadCalls()) << "NPN calls off the browser's thread";
 }
 
 NPP OrvaneTest::NewPlugin(const char* mime, Attributes attrs, host::PageSpec spec) {
@@ -90,6 +91,7 @@ void OrvaneTest::DestroyPlugin(NPP npp) {
     NPSavedData* saved = nullptr;
     plugin_funcs_.destroy(npp, &saved);
   }
+  host::InstanceDestroyed(npp);
   if (instance.scriptable) host::Funcs()->releaseobject(instance.scriptable);
   instance.scriptable = nullptr;
 }

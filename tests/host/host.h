@@ -16,7 +16,7 @@
 #include <string>
 #include <vector>
 
-#include "plugin/npapi.h"
+#include "npapi/npapi.h"
 
 namespace host {
 
@@ -136,6 +136,14 @@ const std::vector<std::string>& Exceptions();  // NPN_SetException messages sinc
 
 // ---- the browser's thread ----------------------------------------------------
 size_t Pending();  // queued NPN_PluginThreadAsyncCall calls
+// The browser stopped `instance` (after NPP_Destroy): its queued calls are
+// dropped, and later ones are refused, as QtWebKit does. On by default;
+// off, they run as if the instance lived.
+void InstanceDestroyed(NPP instance);
+void DropCallsOfDestroyedInstances(bool on);
+// NPN calls made off the browser's thread (the thread that last reset the
+// host), other than memory and NPN_PluginThreadAsyncCall: their slot names.
+std::vector<std::string> OffThreadCalls();
 size_t Pump();     // runs queued calls (including ones queued while running); returns how many ran
 bool PumpUntil(const std::function<bool()>& done, int timeout_ms = 2000);  // pumps and waits
 

@@ -132,6 +132,9 @@ void ResetFunctions();
 // ---- the browser's thread (thread.cpp) ------------------------------------------
 void PluginThreadAsyncCall(NPP npp, void (*func)(void*), void* data);
 void ResetThread();
+// Notes an NPN call; one off the browser's thread is kept unless NPAPI
+// allows it there (memory, NPN_PluginThreadAsyncCall).
+void NoteCall(const char* name);
 
 // ---- record allocation (record_alloc.cpp) -----------------------------------------
 void ResetRecords();

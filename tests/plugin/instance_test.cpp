@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "host/fixture.h"
-#include "plugin/instance_kind.h"
+#include "frame/instance_kind.h"
 #include "sim/sim.h"
 
 namespace {

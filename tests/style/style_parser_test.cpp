@@ -23,7 +23,6 @@ class StyleParserTest : public OrvaneTest {
     EXPECT_NE(nullptr, r);
     if (!r) return "none";
     EXPECT_EQ(npp_, r->instance);
-    EXPECT_EQ(0u, r->reserved);
     std::string p;
     for (int32_t v : {r->position, r->left, r->top, r->width, r->height}) p += (p.empty() ? "" : " ") + std::to_string(v);
     host::Funcs()->releaseobject(r->object);  // frees the record too

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "host/fixture.h"
-#include "plugin/browser.h"
+#include "npapi/browser.h"
 #include "sim/sim.h"
 #include "utils/convert.h"
 
@@ -78,18 +78,6 @@ TEST_F(ConvertTest, ArraysAreMadeByThePagesArrayConstructor) {
   ASSERT_EQ(NPVariantType_Object, v.type);  // empty, not Null
   EXPECT_TRUE(host::ArrayValues(v.value.objectValue).empty());
   host::Release(&v);
-}
-
-TEST_F(ConvertTest, FindObjectByHandle) {
-  ObjectRecord c{nullptr, nullptr, nullptr, 3, 0, nullptr};
-  ObjectRecord b{&c, nullptr, nullptr, 2, 0, nullptr};
-  ObjectRecord a{&b, nullptr, nullptr, 1, 0, nullptr};
-  ObjectRecord* head = &a;
-  EXPECT_EQ(&a, NP_UtilsFindObject(&head, 1));
-  EXPECT_EQ(&c, NP_UtilsFindObject(&head, 3));
-  EXPECT_EQ(nullptr, NP_UtilsFindObject(&head, 4));
-  head = nullptr;
-  EXPECT_EQ(nullptr, NP_UtilsFindObject(&head, 1));
 }
 
 }  // namespace

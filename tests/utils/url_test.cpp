@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "host/fixture.h"
-#include "plugin/browser.h"
+#include "npapi/browser.h"
 #include "utils/url.h"
 
 namespace {

@@ -1,6 +1,6 @@
 // The plug-in's one diagnostic form: "ERROR [function:line] message" on stdout.
-#ifndef ORVANE_PLUGIN_LOG_H
-#define ORVANE_PLUGIN_LOG_H
+#ifndef ORVANE_NPAPI_LOG_H
+#define ORVANE_NPAPI_LOG_H
 
 #include <cstdio>
 

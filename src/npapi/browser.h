@@ -1,10 +1,10 @@
 // Calls into the browser. Every NPN_ call goes through the table the browser
 // gave NP_Initialize, kept in `browser_funcs` for the life of the process.
-#ifndef ORVANE_PLUGIN_BROWSER_H
-#define ORVANE_PLUGIN_BROWSER_H
+#ifndef ORVANE_NPAPI_BROWSER_H
+#define ORVANE_NPAPI_BROWSER_H
 
-#include "plugin/export.h"
-#include "plugin/npapi.h"
+#include "npapi/export.h"
+#include "npapi/npapi.h"
 
 ORV_EXPORT NPNetscapeFuncs* browser_funcs;
 

@@ -1,7 +1,7 @@
 // Marks the names the library exports: the NPAPI entry points and the
 // functions and globals the middleware calls. Everything else is hidden.
-#ifndef ORVANE_PLUGIN_EXPORT_H
-#define ORVANE_PLUGIN_EXPORT_H
+#ifndef ORVANE_NPAPI_EXPORT_H
+#define ORVANE_NPAPI_EXPORT_H
 
 #define ORV_EXPORT extern "C" __attribute__((visibility("default")))
 

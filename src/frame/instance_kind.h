@@ -1,10 +1,10 @@
 // What the instance dispatch knows of each page-instance kind. A kind joins
 // the dispatch with one line in kinds.cpp.
-#ifndef ORVANE_PLUGIN_INSTANCE_KIND_H
-#define ORVANE_PLUGIN_INSTANCE_KIND_H
+#ifndef ORVANE_FRAME_INSTANCE_KIND_H
+#define ORVANE_FRAME_INSTANCE_KIND_H
 
-#include "plugin/npapi.h"
-#include "plugin/record.h"
+#include "frame/record.h"
+#include "npapi/npapi.h"
 
 // The object element's attributes.
 struct ElementAttributes {
@@ -30,6 +30,7 @@ struct InstanceKind {
   bool wants_all_streams;
   int32_t (*stream_data)(ObjectRecord* record, NPStream* stream, int32_t length, void* bytes);
   void (*url_notify)(ObjectRecord* record, void* notify_data, NPReason reason);
+  RecordList* list;  // the kind's records; null for a kind that keeps none
 };
 
 // The kinds in the order their MIME types are compared; null-terminated.

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "host/fixture.h"
-#include "plugin/debug.h"
+#include "appmgr/debug.h"
 
 namespace {
 

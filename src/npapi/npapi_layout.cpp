@@ -2,7 +2,7 @@
 // target the plug-in is built for (LP64 and ILP32 alike).
 #include <cstddef>
 
-#include "plugin/npapi.h"
+#include "npapi/npapi.h"
 
 namespace {
 

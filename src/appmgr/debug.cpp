@@ -1,6 +1,6 @@
-#include "plugin/debug.h"
+#include "appmgr/debug.h"
 
-#include "plugin/frame.h"
+#include "frame/frame.h"
 
 namespace {
 

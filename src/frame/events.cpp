@@ -1,0 +1,158 @@
+#include "frame/events.h"
+
+#include <atomic>
+#include <cstring>
+
+#include "frame/frame.h"
+#include "frame/listeners.h"
+#include "npapi/browser.h"
+#include "utils/convert.h"
+
+namespace {
+
+std::atomic<PendingEvent*> g_pending{nullptr};
+std::atomic<NPP> g_post_instance{nullptr};
+
+void Release(PendingEvent* ev) {
+  for (MwHandle& h : ev->owned) {
+    if (h) MwObjectRelease(h);
+    h = 0;
+  }
+}
+
+// Any thread: frees every event waiting now, with what it owns.
+void DropAll() {
+  PendingEvent* ev = g_pending.exchange(nullptr);
+  while (ev) {
+    PendingEvent* next = ev->next;
+    Release(ev);
+    NPN_MemFree(ev);
+    ev = next;
+  }
+}
+
+// Runs every event waiting now, in the order they were posted.
+void Drain(void*) {
+  PendingEvent* batch = g_pending.exchange(nullptr);
+  PendingEvent* ordered = nullptr;
+  while (batch) {
+    PendingEvent* next = batch->next;
+    batch->next = ordered;
+    ordered = batch;
+    batch = next;
+  }
+  while (ordered) {
+    PendingEvent* ev = ordered;
+    ordered = ev->next;
+    ObjectRecord* head = ev->list->head();
+    ev->deliver(head && head->handle == ev->target ? head : nullptr, ev);
+    Release(ev);
+    NPN_MemFree(ev);
+  }
+}
+
+// Asks the browser's thread to drain; with no instance to ask through
+// there is nothing left to deliver to, and the events go.
+void AskForDrain() {
+  if (NPP instance = g_post_instance.load())
+    NPN_PluginThreadAsyncCall(instance, Drain, nullptr);
+  else
+    DropAll();
+}
+
+constexpr uint32_t kInlineCalls = 8;
+
+}  // namespace
+
+PendingEvent* NewPendingEvent(uint32_t extra) {
+  PendingEvent* ev = static_cast<PendingEvent*>(NPN_MemAlloc(sizeof(PendingEvent) + extra));
+  if (!ev) return nullptr;
+  memset(ev, 0, sizeof(PendingEvent));
+  ev->extra = extra;
+  return ev;
+}
+
+void PostPendingEvent(PendingEvent* ev) {
+  PendingEvent* head = g_pending.load(std::memory_order_relaxed);
+  do {
+    ev->next = head;
+  } while (!g_pending.compare_exchange_weak(head, ev));
+  // The first event of a batch asks for the drain; later ones join it.
+  if (!head || !g_post_instance.load()) AskForDrain();
+}
+
+void PostEvent(const PendingEvent& data) {
+  PendingEvent* ev = NewPendingEvent(0);
+  if (!ev) {
+    for (MwHandle h : data.owned)
+      if (h) MwObjectRelease(h);
+    return;
+  }
+  *ev = data;
+  ev->extra = 0;
+  PostPendingEvent(ev);
+}
+
+void TakeStringArgument(PendingEvent* ev, int i, NPVariant* arg) {
+  NP_UtilsHbbtvStringToResult(ev->owned[i], arg);
+  ev->owned[i] = 0;
+}
+
+void NP_UtilsReleaseArguments(NPVariant* args, uint32_t count) {
+  for (uint32_t i = count; i-- > 0;) {
+    NPVariant& v = args[i];
+    if (v.type == NPVariantType_Object && v.value.objectValue)
+      NPN_ReleaseObject(v.value.objectValue);
+    else if (v.type == NPVariantType_String && v.value.stringValue.UTF8Characters)
+      NPN_MemFree(const_cast<NPUTF8*>(v.value.stringValue.UTF8Characters));
+    SetVoid(&v);
+  }
+}
+
+void DeliverToListeners(ObjectRecord* r, uint32_t event, NPVariant* args, uint32_t count) {
+  // The listeners of this event as they are now, oldest first, each kept
+  // alive while the calls run.
+  uint32_t n = 0;
+  for (Listener* l = r->listeners; l; l = l->next) n += l->event == event;
+  NPObject* inline_calls[kInlineCalls];
+  NPObject** calls = inline_calls;
+  if (n > kInlineCalls) {
+    calls = static_cast<NPObject**>(NPN_MemAlloc(n * sizeof(NPObject*)));
+    if (!calls) n = 0;
+  }
+  uint32_t i = n;
+  for (Listener* l = r->listeners; l && i; l = l->next)
+    if (l->event == event) calls[--i] = NPN_RetainObject(l->object);
+
+  NPP instance = r->instance;
+  r->deliveries++;
+  for (i = 0; i < n; i++) {
+    if (!r->gone) {
+      NPVariant ignored;
+      SetVoid(&ignored);
+      if (NPN_HasMethod(instance, calls[i], g_id_handleEvent))
+        NPN_Invoke(instance, calls[i], g_id_handleEvent, args, count, &ignored);
+      else
+        NPN_InvokeDefault(instance, calls[i], args, count, &ignored);
+      NPN_ReleaseVariantValue(&ignored);
+    }
+    NPN_ReleaseObject(calls[i]);
+  }
+  if (calls != inline_calls) NPN_MemFree(calls);
+  NP_UtilsReleaseArguments(args, count);
+  if (--r->deliveries == 0 && r->gone) FrameFreeRecord(r);
+}
+
+void EventsInstanceCreated(NPP instance) {
+  NPP none = nullptr;
+  if (g_post_instance.compare_exchange_strong(none, instance) && g_pending.load())
+    AskForDrain();
+}
+
+void EventsInstanceDestroyed(NPP instance, NPP next) {
+  NPP expected = instance;
+  if (!g_post_instance.compare_exchange_strong(expected, next)) return;
+  // Calls already asked of the instance that goes may never run.
+  if (!g_pending.load()) return;
+  AskForDrain();
+}

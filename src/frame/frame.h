@@ -1,0 +1,272 @@
+// The script-object frame: every object the page sees is a script object of
+// one NPClass per kind, with its state in a record of the kind's list. A
+// kind states its names, its record, its list and its operations; the
+// NPClass plumbing, interning and the record life cycle are written here.
+//
+//   struct Keyset : HandedOutKind<Keyset, KeysetRecord> {
+//     ORV_PROPERTY_TABLE(kPropertyNames)  ORV_METHOD_TABLE(kMethodNames)
+//     static RecordList& List();
+//     static bool GetProperty(NPObject*, NPIdentifier, NPVariant*);  ...
+//   };
+//   NPObject* object = NewHandedOut<Keyset>(instance, handle, kReleaseOnFailure);
+//
+// The script object carries a pointer to its record, so that an operation
+// finds it at once; the pointer is cleared when the record goes first.
+//
+// Defaults: hasMethod/hasProperty look the identifier up in the tables;
+// invoke, getProperty and setProperty fail; invokeDefault, removeProperty,
+// enumerate and construct answer kStubResult (true) and leave the browser
+// nothing undefined (a Void result, no names). A getProperty or invoke that
+// reports failure hands the browser no reference: a String or Object it
+// built is released.
+#ifndef ORVANE_FRAME_FRAME_H
+#define ORVANE_FRAME_FRAME_H
+
+#include <cstddef>
+#include <cstring>
+
+#include "frame/listeners.h"
+#include "frame/record.h"
+#include "npapi/browser.h"
+#include "npapi/npapi.h"
+#include "utils/record_alloc.h"
+
+// A kind's names, turned into identifiers on the kind's first creation.
+class NameTable {
+ public:
+  template <size_t N>
+  explicit NameTable(const char* const (&names)[N]) : names_(names), count_(N) {
+    static_assert(N <= kMax, "name table too long");
+  }
+  NameTable() : names_(nullptr), count_(0) {}
+  void Intern() {
+    if (done_) return;
+    for (size_t i = 0; i < count_; i++) ids_[i] = NPN_GetStringIdentifier(names_[i]);
+    done_ = 1;
+  }
+  // Index of `id` in table order, or -1.
+  int Find(NPIdentifier id) const {
+    if (!done_) return -1;
+    for (size_t i = 0; i < count_; i++)
+      if (ids_[i] == id) return static_cast<int>(i);
+    return -1;
+  }
+  NPIdentifier operator[](size_t i) const { return ids_[i]; }
+  const char* Name(size_t i) const { return names_[i]; }
+  size_t size() const { return count_; }
+  bool done() const { return done_ != 0; }
+
+ private:
+  static constexpr size_t kMax = 48;
+  const char* const* names_;
+  size_t count_;
+  NPIdentifier ids_[kMax] = {};
+  int done_ = 0;
+};
+
+// A kind's tables from its arrays of names.
+#define ORV_PROPERTY_TABLE(names)          \
+  static NameTable& Properties() {         \
+    static NameTable table(names);         \
+    return table;                          \
+  }
+#define ORV_METHOD_TABLE(names)            \
+  static NameTable& Methods() {            \
+    static NameTable table(names);         \
+    return table;                          \
+  }
+
+// The script object: the NPObject header and the record behind it.
+struct ScriptObject {
+  NPObject header;
+  ObjectRecord* record;  // null once the record went
+};
+
+inline void BindRecord(NPObject* object, ObjectRecord* record) {
+  if (object) reinterpret_cast<ScriptObject*>(object)->record = record;
+}
+
+// Frees a record that is off its list: its object no longer finds it, and
+// a delivery running on it frees it when it ends.
+void FrameFreeRecord(ObjectRecord* record);
+
+template <class K>
+class ScriptClass {
+ public:
+  static NPClass* Class() { return &klass_; }
+  static bool Is(const NPObject* o) { return o && o->_class == &klass_; }
+  // The record of one of this class's objects; null for any other object
+  // and for an object whose record is gone.
+  static typename K::Record* RecordOf(const NPObject* o) {
+    if (!Is(o)) return nullptr;
+    return static_cast<typename K::Record*>(reinterpret_cast<const ScriptObject*>(o)->record);
+  }
+
+ private:
+  static NPObject* Allocate(NPP, NPClass*) {
+    void* o = NPN_MemAlloc(sizeof(ScriptObject));
+    if (o) memset(o, 0, sizeof(ScriptObject));
+    return static_cast<NPObject*>(o);
+  }
+  static void Deallocate(NPObject* o) {
+    K::Deallocate(o);
+    NPN_MemFree(o);
+  }
+  static void Invalidate(NPObject*) {}
+  static bool HasMethod(NPObject* o, NPIdentifier id) { return K::HasMethod(o, id); }
+  static bool Invoke(NPObject* o, NPIdentifier id, const NPVariant* args, uint32_t n, NPVariant* r) {
+    NPVariant value;
+    SetVoid(&value);
+    return Hand(K::Invoke(o, id, args, n, &value), &value, r);
+  }
+  static bool InvokeDefault(NPObject*, const NPVariant*, uint32_t, NPVariant* r) {
+    if (K::kStubResult && r) SetVoid(r);
+    return K::kStubResult;
+  }
+  static bool HasProperty(NPObject* o, NPIdentifier id) { return K::HasProperty(o, id); }
+  static bool GetProperty(NPObject* o, NPIdentifier id, NPVariant* r) {
+    NPVariant value;
+    SetVoid(&value);
+    return Hand(K::GetProperty(o, id, &value), &value, r);
+  }
+  static bool SetProperty(NPObject* o, NPIdentifier id, const NPVariant* v) { return K::SetProperty(o, id, v); }
+  static bool RemoveProperty(NPObject*, NPIdentifier) { return K::kStubResult; }
+  static bool Enumerate(NPObject*, NPIdentifier** names, uint32_t* count) {
+    if (K::kStubResult) {
+      if (names) *names = nullptr;
+      if (count) *count = 0;
+    }
+    return K::kStubResult;
+  }
+  static bool Construct(NPObject* o, const NPVariant* args, uint32_t n, NPVariant* r) {
+    return InvokeDefault(o, args, n, r);
+  }
+  // The browser takes no reference from a failed call: a String or Object
+  // built for one is let go, and the result stays as it was.
+  static bool Hand(bool ok, NPVariant* value, NPVariant* result) {
+    bool reference = value->type == NPVariantType_String || value->type == NPVariantType_Object;
+    if (result && (ok || !reference)) *result = *value;
+    else if (reference) NPN_ReleaseVariantValue(value);
+    return ok;
+  }
+
+  static NPClass klass_;
+};
+
+template <class K>
+NPClass ScriptClass<K>::klass_ = {
+    NP_CLASS_STRUCT_VERSION, &ScriptClass<K>::Allocate, &ScriptClass<K>::Deallocate,
+    &ScriptClass<K>::Invalidate, &ScriptClass<K>::HasMethod, &ScriptClass<K>::Invoke,
+    &ScriptClass<K>::InvokeDefault, &ScriptClass<K>::HasProperty, &ScriptClass<K>::GetProperty,
+    &ScriptClass<K>::SetProperty, &ScriptClass<K>::RemoveProperty, &ScriptClass<K>::Enumerate,
+    &ScriptClass<K>::Construct};
+
+// What a kind has unless it says otherwise. R is the kind's record.
+template <class K, class R = ObjectRecord>
+struct KindDefaults {
+  using Record = R;
+  static constexpr bool kStubResult = true;
+  static NameTable& Properties() { static NameTable none; return none; }
+  static NameTable& Methods() { static NameTable none; return none; }
+  static R* Find(const NPObject* o) { return ScriptClass<K>::RecordOf(o); }
+  static bool HasMethod(NPObject*, NPIdentifier id) { return K::Methods().Find(id) >= 0; }
+  static bool HasProperty(NPObject*, NPIdentifier id) { return K::Properties().Find(id) >= 0; }
+  static bool Invoke(NPObject*, NPIdentifier, const NPVariant*, uint32_t, NPVariant*) { return false; }
+  static bool GetProperty(NPObject*, NPIdentifier, NPVariant*) { return false; }
+  static bool SetProperty(NPObject*, NPIdentifier, const NPVariant*) { return false; }
+  static void Deallocate(NPObject*) {}
+};
+
+// A zeroed record of kind K (with `extra` bytes after it) and its new
+// script object, on no list; null, with nothing left, when either cannot be
+// had. The kind's names are interned on its first creation.
+template <class K>
+typename K::Record* NewRecord(NPP instance, size_t extra = 0) {
+  using R = typename K::Record;
+  K::Properties().Intern();
+  K::Methods().Intern();
+  R* r = static_cast<R*>(RecordAlloc(sizeof(R) + extra));
+  if (!r) return nullptr;
+  *r = R();
+  r->object = NPN_CreateObject(instance, ScriptClass<K>::Class());
+  if (!r->object) {
+    RecordFree(r);
+    return nullptr;
+  }
+  BindRecord(r->object, r);
+  r->instance = instance;
+  return r;
+}
+
+// ---- objects handed out by other objects -------------------------------------
+// Their record belongs to the script object: it goes, with its handle, when
+// the browser deallocates the object.
+
+// Who holds the handle when no object can be made.
+enum HandleOnFailure { kReleaseOnFailure, kLeaveOnFailure };
+
+template <class K, class R = ObjectRecord>
+struct HandedOutKind : KindDefaults<K, R> {
+  static void Deallocate(NPObject* object) {
+    R* r = ScriptClass<K>::RecordOf(object);
+    if (!r) return;
+    if (r->handle) MwObjectRelease(r->handle);
+    K::List().Remove(r);
+    r->object = nullptr;
+    FrameFreeRecord(r);
+  }
+};
+
+// A new object of kind K whose record takes over `handle`; null on failure.
+template <class K>
+NPObject* NewHandedOut(NPP instance, MwHandle handle, HandleOnFailure failure) {
+  typename K::Record* r = NewRecord<K>(instance);
+  if (!r) {
+    if (failure == kReleaseOnFailure && handle) MwObjectRelease(handle);
+    return nullptr;
+  }
+  r->handle = handle;
+  K::List().Add(r);
+  return r->object;
+}
+
+// The object already made for `handle` (newest first), retained; null when none.
+template <class K>
+NPObject* SharedObject(MwHandle handle) {
+  ObjectRecord* r = handle ? K::List().FindByHandle(handle) : nullptr;
+  return r && r->object ? NPN_RetainObject(r->object) : nullptr;
+}
+
+// The handle behind an object of kind K; 0 for any other object.
+template <class K>
+MwHandle HandleOf(const NPObject* object) {
+  const ObjectRecord* r = ScriptClass<K>::RecordOf(object);
+  return r ? r->handle : 0;
+}
+
+// ---- page instances ------------------------------------------------------------
+// Their record lives until NPP_Destroy; the browser may deallocate the
+// script object earlier, which only clears the record's object pointer.
+
+template <class K, class R = ObjectRecord>
+struct InstanceKindBase : KindDefaults<K, R> {
+  static void Deallocate(NPObject* object) {
+    if (R* r = ScriptClass<K>::RecordOf(object)) r->object = nullptr;
+  }
+};
+
+// A new page-instance record of kind K (instance kind number `kind`), not
+// yet on its list; null on failure.
+template <class K>
+typename K::Record* NewInstance(NPP instance, uint32_t kind) {
+  typename K::Record* r = NewRecord<K>(instance);
+  if (r) r->kind = kind;
+  return r;
+}
+
+// The end of a page instance: off its list, its middleware handle released
+// (0 while the release runs), its listeners freed, the record freed. False,
+// with nothing done, when the record is not on `list`.
+bool DestroyInstance(RecordList& list, ObjectRecord* record);
+
+#endif

@@ -1,0 +1,103 @@
+#include "frame/listeners.h"
+
+#include <cstring>
+
+#include "npapi/browser.h"
+#include "utils/convert.h"
+
+namespace {
+
+Listener* Add(ObjectRecord* record, const NPVariant* listener, uint32_t event, int32_t slot) {
+  if (!listener || listener->type != NPVariantType_Object || !listener->value.objectValue)
+    return nullptr;
+  Listener* l = static_cast<Listener*>(NPN_MemAlloc(sizeof(Listener)));
+  if (!l) return nullptr;
+  *l = Listener{record->listeners, listener->value.objectValue, event, slot};
+  NPN_RetainObject(l->object);
+  record->listeners = l;
+  return l;
+}
+
+void Free(Listener* l) {
+  NPN_ReleaseObject(l->object);
+  NPN_MemFree(l);
+}
+
+}  // namespace
+
+NPObject* NP_UtilsAddEventListener(ObjectRecord* record, const NPVariant* listener, uint32_t event) {
+  Listener* l = Add(record, listener, event, -1);
+  return l ? l->object : nullptr;
+}
+
+int32_t NP_UtilsRemoveEventListener(ObjectRecord* record, NPObject* object) {
+  for (Listener** link = &record->listeners; *link; link = &(*link)->next) {
+    Listener* l = *link;
+    if (l->object != object) continue;
+    *link = l->next;
+    int32_t event = static_cast<int32_t>(l->event);
+    Free(l);
+    return event;
+  }
+  return -1;
+}
+
+bool RemoveEventRegistration(ObjectRecord* record, NPObject* object, uint32_t event) {
+  for (Listener** link = &record->listeners; *link; link = &(*link)->next) {
+    Listener* l = *link;
+    if (l->object != object || l->event != event) continue;
+    *link = l->next;
+    Free(l);
+    return true;
+  }
+  return false;
+}
+
+void NP_UtilsRemoveFirstArgumentListener(ObjectRecord* record, const NPVariant* args, uint32_t count) {
+  if (count >= 1 && IsObject(args[0])) NP_UtilsRemoveEventListener(record, args[0].value.objectValue);
+}
+
+void NP_UtilsFreeAllEventListeners(ObjectRecord* record) {
+  Listener* l = record->listeners;
+  record->listeners = nullptr;
+  while (l) {
+    Listener* next = l->next;
+    Free(l);
+    l = next;
+  }
+}
+
+NPObject* SlotListener(const ObjectRecord* record, int slot) {
+  for (Listener* l = record->listeners; l; l = l->next)
+    if (l->slot == slot) return l->object;
+  return nullptr;
+}
+
+bool ReadListenerSlot(const ObjectRecord* record, int slot, NPVariant* result) {
+  NPObject* object = SlotListener(record, slot);
+  if (!object) return false;
+  SetObject(result, NPN_RetainObject(object));
+  return true;
+}
+
+void WriteListenerSlot(ObjectRecord* record, const EventTable& table, int slot, const NPVariant* value) {
+  if (NPObject* old = SlotListener(record, slot)) {
+    // The newest registration of that object goes, as removeEventListener
+    // would take it; if that was another one, the slot's own stays listed as
+    // a plain listener.
+    NP_UtilsRemoveEventListener(record, old);
+    for (Listener* l = record->listeners; l; l = l->next)
+      if (l->slot == slot) l->slot = -1;
+  }
+  Add(record, value, table.entries[slot].event, slot);
+}
+
+void AddListenerByType(ObjectRecord* record, const EventTable& table, const MwString& type,
+                       const NPVariant* listener) {
+  for (int i = 0; i < table.count; i++) {
+    if (strncmp(type.data, table.entries[i].name + 2, type.length) == 0) {
+      NP_UtilsAddEventListener(record, listener, table.entries[i].event);
+      return;
+    }
+  }
+}

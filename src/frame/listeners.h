@@ -1,0 +1,61 @@
+// The page's event listeners of a script object: registrations made with
+// addEventListener and through the onXxx properties, on one list per record,
+// newest first. A registration made through an onXxx property is marked with
+// the property's slot, so the property reads exactly the registration that
+// is on the list: once any path removes it, the property reads empty.
+#ifndef ORVANE_FRAME_LISTENERS_H
+#define ORVANE_FRAME_LISTENERS_H
+
+#include "frame/record.h"
+#include "middleware/types.h"
+#include "npapi/npapi.h"
+
+struct Listener {
+  Listener* next;
+  NPObject* object;  // retained while listed
+  uint32_t event;
+  int32_t slot;      // the onXxx property it was set through; -1 for none
+};
+
+// Adds an Object-valued listener for `event`; returns the object, or null
+// (nothing added) for any other value or when memory is short.
+NPObject* NP_UtilsAddEventListener(ObjectRecord* record, const NPVariant* listener, uint32_t event);
+// Removes the newest registration of `object`; its event id, or -1.
+int32_t NP_UtilsRemoveEventListener(ObjectRecord* record, NPObject* object);
+// Removes the newest registration of `object` for `event`; true when one went.
+bool RemoveEventRegistration(ObjectRecord* record, NPObject* object, uint32_t event);
+void NP_UtilsFreeAllEventListeners(ObjectRecord* record);
+// removeEventListener(type, listener) as the kinds answer it: it removes the
+// registration whose object is the FIRST argument, so in the usual call form
+// (a type string first) it removes nothing. Intended; pages rely on it.
+void NP_UtilsRemoveFirstArgumentListener(ObjectRecord* record, const NPVariant* args, uint32_t count);
+
+// A kind's events as its onXxx properties name them ("onLowMemory"); the
+// event type of addEventListener is the name without "on". A property's
+// slot is its index in the kind's table.
+struct EventProperty {
+  const char* name;
+  uint32_t event;
+};
+struct EventTable {
+  const EventProperty* entries;
+  int count;
+};
+#define ORV_EVENT_TABLE(entries) EventTable{entries, static_cast<int>(sizeof(entries) / sizeof(entries[0]))}
+
+// The listener set through slot `slot`, or null.
+NPObject* SlotListener(const ObjectRecord* record, int slot);
+// The onXxx read: that listener, retained, as an Object; false (and no
+// value) when the slot is empty.
+bool ReadListenerSlot(const ObjectRecord* record, int slot, NPVariant* result);
+// The onXxx write: the newest registration of the slot's listener goes,
+// then `value` (an object; anything else leaves the slot empty) is added
+// for the slot's event.
+void WriteListenerSlot(ObjectRecord* record, const EventTable& table, int slot, const NPVariant* value);
+// addEventListener: `type` is compared for its own length with each event
+// type in table order, so a prefix (even the empty one) selects the first
+// event it begins: a lenient match kept as pages know it.
+void AddListenerByType(ObjectRecord* record, const EventTable& table, const MwString& type,
+                       const NPVariant* listener);
+
+#endif
