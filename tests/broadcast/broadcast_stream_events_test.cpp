@@ -118,6 +118,20 @@ TEST_F(BroadcastStreamEventTest, RejectedDescriptionAndFailedDownloadWithdrawThe
   EXPECT_TRUE(host::Calls(f).empty());
 }
 
+TEST_F(BroadcastStreamEventTest, AFailedDownloadWithdrawsExactlyItsOwnRegistration) {
+  NPObject* f = host::NewFunction("f");
+  EXPECT_TRUE(Add("events.xml", "chapter", f));
+  ASSERT_TRUE(host::Set(npp_, video_, "onPlayStateChange", host::Obj(f)));
+  Deliver("", NPRES_NETWORK_ERR);
+  EXPECT_EQ((std::vector<std::string>{"25"}), Kinds("MwBroadcastRemoveStreamEventListener"));
+  NPVariant v = host::Void();
+  ASSERT_TRUE(host::Get(npp_, video_, "onPlayStateChange", &v)) << "the property's registration stays";
+  host::Release(&v);
+  sim::Callbacks()->Broadcast_onPlayStateChange(handle_, 2, -1);
+  host::Pump();
+  EXPECT_EQ(1u, host::Calls(f).size());
+}
+
 TEST_F(BroadcastStreamEventTest, RequestThatCannotBeSentLeavesTheListenerRegistered) {
   NPObject* f = host::NewFunction("f");
   host::FailNextGetUrlNotify();

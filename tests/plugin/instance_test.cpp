@@ -14,12 +14,79 @@ class InstanceTest : public OrvaneTest {
   std::string Output() { return testing::internal::GetCapturedStdout(); }
 };
 
-TEST_F(InstanceTest, EveryInstanceIsWindowless) {
+TEST_F(InstanceTest, EveryInstanceMadeIsWindowlessAndARefusedOneStaysAsItWas) {
   NPP npp = NewPlugin("application/oipfdrmagent");
   ASSERT_EQ(1u, host::SetValues().size());
   EXPECT_EQ(npp, host::SetValues()[0].instance);
   EXPECT_EQ(NPPVpluginWindowBool, host::SetValues()[0].variable);
   EXPECT_EQ(nullptr, host::SetValues()[0].value);
+  testing::internal::CaptureStdout();
+  NewPlugin("video/mp4");  // a kind not built
+  host::FailRecordAllocation(1);
+  NewPlugin("application/oipfdrmagent");
+  Output();
+  EXPECT_EQ(1u, host::SetValues().size());
+}
+
+// removeEventListener(f) takes f's newest registration, which may be the one
+// an onXxx property made: the property then reads empty, never a released
+// object (the host counts a retain of a dead object as a reference error).
+TEST_F(InstanceTest, ListenerPropertiesForgetRegistrationsRemovedElsewhere) {
+  struct Case {
+    const char* mime;
+    const char* property;
+  };
+  for (const Case& c : {Case{"application/oipfapplicationmanager", "onLowMemory"},
+                        Case{"video/broadcast", "onPlayStateChange"},
+                        Case{"application/oipfdrmagent", "onDRMSystemMessage"}}) {
+    NPP npp = NewPlugin(c.mime);
+    NPObject* object = Scriptable(npp);
+    NPObject* f = host::NewFunction("f");
+    ASSERT_TRUE(host::Set(npp, object, c.property, host::Obj(f)));
+    NPVariant r = host::Void();
+    ASSERT_TRUE(host::Invoke(npp, object, "removeEventListener", {host::Obj(f)}, &r));
+    host::Release(&r);
+    host::Funcs()->releaseobject(f);  // the page lets go of it: only the list held it
+    EXPECT_FALSE(host::Get(npp, object, c.property, &r)) << c.mime;
+    EXPECT_NE(NPVariantType_Object, r.type);
+    DestroyPlugin(npp);
+  }
+  // The same through removeStreamEventListener.
+  NPP npp = NewPlugin("video/broadcast");
+  NPObject* video = Scriptable(npp);
+  NPObject* f = host::NewFunction("f");
+  NPVariant r = host::Void();
+  ASSERT_TRUE(host::Set(npp, video, "onChannelChangeSucceeded", host::Obj(f)));
+  ASSERT_TRUE(host::Invoke(npp, video, "removeStreamEventListener",
+                           {host::Str("dvb://1"), host::Str("e"), host::Obj(f)}, &r));
+  host::Funcs()->releaseobject(f);
+  EXPECT_FALSE(host::Get(npp, video, "onChannelChangeSucceeded", &r));
+}
+
+TEST_F(InstanceTest, StubsLeaveTheBrowserNothingUndefined) {
+  NPP npp = NewPlugin("application/oipfapplicationmanager");
+  NPObject* manager = Scriptable(npp);
+  NPObject* agent = Scriptable(NewPlugin("application/oipfdrmagent"));
+  NPObject* video = Scriptable(NewPlugin("video/broadcast"));
+  NPVariant config = host::Void(), list = host::Void();
+  ASSERT_TRUE(host::Invoke(npp, video, "getChannelConfig", {}, &config));
+  ASSERT_TRUE(host::Get(npp, config.value.objectValue, "channelList", &list));
+  for (NPObject* o : {manager, agent, video, list.value.objectValue}) {
+    NPIdentifier garbage_ids[1];
+    NPIdentifier* names = garbage_ids;
+    uint32_t count = 217;
+    EXPECT_TRUE(o->_class->enumerate(o, &names, &count));
+    EXPECT_EQ(nullptr, names);
+    EXPECT_EQ(0u, count);
+    NPVariant result = host::Int(7);
+    EXPECT_TRUE(o->_class->invokeDefault(o, nullptr, 0, &result));
+    EXPECT_EQ(NPVariantType_Void, result.type);
+    result = host::Int(7);
+    EXPECT_TRUE(o->_class->construct(o, nullptr, 0, &result));
+    EXPECT_EQ(NPVariantType_Void, result.type);
+  }
+  host::Release(&list);
+  host::Release(&config);
 }
 
 TEST_F(InstanceTest, UnknownTypesAreRefusedWithALogLine) {
