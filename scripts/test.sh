@@ -17,6 +17,10 @@ echo "== build (address and undefined-behaviour sanitizers)"
 cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DORVANE_SANITIZE=ON >/dev/null
 cmake --build build-asan -j"$jobs"
 
+echo "== build (thread sanitizer: the frame's suites and the stress test)"
+cmake -S . -B build-tsan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DORVANE_TSAN=ON >/dev/null
+cmake --build build-tsan -j"$jobs" --target test_frame test_stress
+
 echo "== library checks"
 scripts/check-exports.sh build/libnporvane.so
 echo "== 32-bit (ILP32) build of the library"
@@ -27,5 +31,8 @@ scripts/check-exports.sh build-ilp32/libnporvane.so
 
 echo "== tests (sanitizers)"
 ASAN_OPTIONS=detect_leaks=1 ctest --test-dir build-asan --output-on-failure -j"$jobs"
+echo "== tests (thread sanitizer)"
+TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" \
+  ctest --test-dir build-tsan --output-on-failure -j"$jobs" -R '^(frame|stress)\.'
 echo "== tests (plain: unit suites and browser tests)"
 ctest --test-dir build --output-on-failure -j"$jobs"

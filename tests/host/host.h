@@ -145,6 +145,7 @@ void DropCallsOfDestroyedInstances(bool on);
 // host), other than memory and NPN_PluginThreadAsyncCall: their slot names.
 std::vector<std::string> OffThreadCalls();
 size_t Pump();     // runs queued calls (including ones queued while running); returns how many ran
+size_t PumpQueued();  // runs only the calls queued now (others may keep posting)
 bool PumpUntil(const std::function<bool()>& done, int timeout_ms = 2000);  // pumps and waits
 
 }  // namespace host

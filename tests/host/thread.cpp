@@ -111,6 +111,17 @@ size_t Pump() {
   }
 }
 
+size_t PumpQueued() {
+  ThreadState& s = State();
+  std::deque<Queued> now;
+  {
+    std::lock_guard<std::mutex> lock(s.mutex);
+    now.swap(s.queue);
+  }
+  for (const Queued& q : now) q.func(q.data);
+  return now.size();
+}
+
 bool PumpUntil(const std::function<bool()>& done, int timeout_ms) {
   auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeout_ms);
   for (;;) {
