@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
-# Sets up a fresh Debian machine, builds Orvane twice (plain, with the
-# QtWebKit runner, and with AddressSanitizer + UndefinedBehaviorSanitizer)
-# and runs every test: the unit suites in both builds, the browser tests
-# (label e2e: pages run by orvane-run under Xvfb) in the plain one. The
+# Sets up a fresh Debian machine, builds Orvane three times (plain, with the
+# QtWebKit runner; with AddressSanitizer + UndefinedBehaviorSanitizer; the
+# frame's suites with ThreadSanitizer) and runs every test: the unit suites
+# in the first two, the browser tests (label e2e: pages run by orvane-run
+# under Xvfb) in the plain one, the frame's suites and the threaded stress
+# test under ThreadSanitizer. The
 # library is also built for a 32-bit (ILP32) target, where its NPAPI layouts
 # are checked at compile time.
 set -euo pipefail
