@@ -2,7 +2,7 @@
 # Installs what a fresh Debian machine lacks to build and test Orvane.
 # Usage: scripts/setup.sh [extra Debian packages...]
 set -euo pipefail
-packages=(cmake g++ make libgtest-dev libgmock-dev
+packages=(cmake g++ make libgtest-dev libgmock-dev libbenchmark-dev
   # receiver descriptions (JSON)
   nlohmann-json3-dev
   # the 32-bit (ILP32) build check of the library
