@@ -82,16 +82,25 @@ struct DrmAgent : InstanceKindBase<DrmAgent, DrmAgentRecord> {
 ObjectRecord* CreateInstance(NPP instance, const ElementAttributes&) { return OipfDrmAgentCreate(instance); }
 void DestroyAgent(ObjectRecord* r) { OipfDrmAgentDestroy(static_cast<DrmAgentRecord*>(r)); }
 
-// Browser's thread: the answer to a message (id, answer, code), or a system
-// message (message, system id).
-void DeliverStrings(ObjectRecord* target, PendingEvent* ev) {
+// Browser's thread: the answer to a message (id, answer, code).
+void DeliverMessageResult(ObjectRecord* target, PendingEvent* ev) {
   if (!target) return;
   NPVariant args[3];
   TakeStringArgument(ev, 0, &args[0]);
   TakeStringArgument(ev, 1, &args[1]);
-  uint32_t count = ev->numbers[1] ? 3 : 2;
-  if (count == 3) SetInt(&args[2], ev->numbers[0]);
-  DeliverToListeners(target, kMessageResult, args, count);
+  SetInt(&args[2], ev->numbers[0]);
+  DeliverToListeners(target, kMessageResult, args, 3);
+}
+
+// A system message (message, system id) goes to the DRMMessageResult
+// listeners (event 0); listeners registered for DRMSystemMessage are never
+// called. Intended.
+void DeliverSystemMessage(ObjectRecord* target, PendingEvent* ev) {
+  if (!target) return;
+  NPVariant args[2];
+  TakeStringArgument(ev, 0, &args[0]);
+  TakeStringArgument(ev, 1, &args[1]);
+  DeliverToListeners(target, kMessageResult, args, 2);
 }
 
 }  // namespace
@@ -113,18 +122,15 @@ void OipfDrmAgentDestroy(DrmAgentRecord* r) { DestroyInstance(g_agents, r); }
 
 void DrmAgent_onDRMMessageResult(MwHandle agent, MwHandle messageId, MwHandle resultMessage,
                                  int32_t resultCode) {
-  PendingEvent ev = EventFor(g_agents, DeliverStrings, agent, kMessageResult);
+  PendingEvent ev = EventFor(g_agents, DeliverMessageResult, agent, kMessageResult);
   ev.owned[0] = messageId;
   ev.owned[1] = resultMessage;
   ev.numbers[0] = resultCode;
-  ev.numbers[1] = 1;  // with the code
   PostEvent(ev);
 }
 
-// System messages reach the DRMMessageResult listeners (event 0), with two
-// arguments; listeners registered for DRMSystemMessage are never called.
 void DrmAgent_onDRMSystemMessage(MwHandle agent, MwHandle message, MwHandle drmSystemId) {
-  PendingEvent ev = EventFor(g_agents, DeliverStrings, agent, kMessageResult);
+  PendingEvent ev = EventFor(g_agents, DeliverSystemMessage, agent, kMessageResult);
   ev.owned[0] = message;
   ev.owned[1] = drmSystemId;
   PostEvent(ev);

@@ -52,9 +52,6 @@ class NameTable {
     return -1;
   }
   NPIdentifier operator[](size_t i) const { return ids_[i]; }
-  const char* Name(size_t i) const { return names_[i]; }
-  size_t size() const { return count_; }
-  bool done() const { return done_ != 0; }
 
  private:
   static constexpr size_t kMax = 48;
