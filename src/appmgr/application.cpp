@@ -1,8 +1,8 @@
 #include "appmgr/application.h"
 
 #include "appmgr/private_data.h"
-#include "middleware/appmgr.h"
 #include "frame/frame.h"
+#include "middleware/appmgr.h"
 #include "utils/convert.h"
 #include "utils/url.h"
 

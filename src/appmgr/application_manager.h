@@ -4,9 +4,9 @@
 #ifndef ORVANE_APPMGR_APPLICATION_MANAGER_H
 #define ORVANE_APPMGR_APPLICATION_MANAGER_H
 
+#include "frame/record.h"
 #include "middleware/types.h"
 #include "npapi/export.h"
-#include "frame/record.h"
 
 struct AppMgrRecord : ObjectRecord {};
 

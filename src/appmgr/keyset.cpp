@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "middleware/appmgr.h"
 #include "frame/frame.h"
+#include "middleware/appmgr.h"
 #include "utils/convert.h"
 
 namespace {

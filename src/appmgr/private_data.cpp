@@ -2,8 +2,8 @@
 
 #include "appmgr/keyset.h"
 #include "broadcast/channel.h"
-#include "middleware/appmgr.h"
 #include "frame/frame.h"
+#include "middleware/appmgr.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include "broadcast/av_component.h"
 
-#include "middleware/broadcast.h"
 #include "collection/collection_item.h"
 #include "frame/frame.h"
+#include "middleware/broadcast.h"
 #include "utils/convert.h"
 
 namespace {

@@ -3,8 +3,8 @@
 
 #include "broadcast/broadcast_kind.h"
 #include "broadcast/stream_event.h"
-#include "middleware/broadcast.h"
 #include "frame/instance_kind.h"
+#include "middleware/broadcast.h"
 #include "style/style.h"
 #include "utils/record_alloc.h"
 

@@ -4,9 +4,9 @@
 #include <cstring>
 
 #include "broadcast/broadcast_kind.h"
+#include "frame/listeners.h"
 #include "middleware/broadcast.h"
 #include "utils/convert.h"
-#include "frame/listeners.h"
 #include "utils/record_alloc.h"
 #include "utils/url.h"
 

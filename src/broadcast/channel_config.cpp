@@ -1,8 +1,8 @@
 #include "broadcast/channel_config.h"
 
 #include "collection/collection.h"
-#include "middleware/broadcast.h"
 #include "frame/frame.h"
+#include "middleware/broadcast.h"
 
 namespace {
 

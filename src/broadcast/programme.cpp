@@ -1,9 +1,9 @@
 #include "broadcast/programme.h"
 
 #include "collection/collection.h"
-#include "middleware/broadcast.h"
 #include "collection/collection_item.h"
 #include "frame/frame.h"
+#include "middleware/broadcast.h"
 #include "recording/scheduled_recording.h"
 #include "utils/convert.h"
 

@@ -2,8 +2,8 @@
 
 #include "frame/events.h"
 #include "frame/frame.h"
-#include "middleware/drm.h"
 #include "frame/instance_kind.h"
+#include "middleware/drm.h"
 #include "utils/convert.h"
 
 namespace {

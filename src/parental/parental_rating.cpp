@@ -5,9 +5,9 @@
 #include <cstring>
 
 #include "collection/collection_item.h"
+#include "frame/frame.h"
 #include "middleware/collection.h"
 #include "middleware/parental.h"
-#include "frame/frame.h"
 #include "utils/convert.h"
 #include "utils/record_alloc.h"
 

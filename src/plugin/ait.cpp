@@ -1,8 +1,8 @@
 // The AIT instance: an "application/vnd.dvb.ait+xml" element whose data the
 // browser streams to the plug-in, fed to the middleware's AIT parser.
+#include "frame/instance_kind.h"
 #include "middleware/appmgr.h"
 #include "npapi/browser.h"
-#include "frame/instance_kind.h"
 #include "utils/record_alloc.h"
 
 namespace {

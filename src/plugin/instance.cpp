@@ -4,10 +4,10 @@
 #include <cstring>
 
 #include "frame/events.h"
-#include "npapi/browser.h"
-#include "plugin/entry.h"
 #include "frame/instance_kind.h"
+#include "npapi/browser.h"
 #include "npapi/log.h"
+#include "plugin/entry.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 
 #include "broadcast/channel.h"
 #include "collection/collection.h"
-#include "middleware/recording.h"
 #include "collection/collection_item.h"
 #include "frame/frame.h"
+#include "middleware/recording.h"
 #include "utils/convert.h"
 #include "utils/record_alloc.h"
 

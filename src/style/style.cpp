@@ -2,10 +2,10 @@
 // element's style object, and the parser of the inline style attribute.
 #include <cstring>
 
-#include "npapi/browser.h"
 #include "frame/frame.h"
-#include "npapi/log.h"
 #include "frame/record.h"
+#include "npapi/browser.h"
+#include "npapi/log.h"
 #include "style/style.h"
 #include "style/style_internal.h"
 #include "utils/convert.h"

@@ -3,9 +3,9 @@
 #include <cstdio>
 #include <cstring>
 
+#include "frame/record.h"
 #include "npapi/browser.h"
 #include "npapi/log.h"
-#include "frame/record.h"
 #include "style/style.h"
 #include "style/style_internal.h"
 #include "utils/convert.h"

@@ -1,8 +1,8 @@
 // The inert debug object.
 #include <gtest/gtest.h>
 
-#include "host/fixture.h"
 #include "appmgr/debug.h"
+#include "host/fixture.h"
 
 namespace {
 

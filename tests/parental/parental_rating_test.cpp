@@ -3,8 +3,8 @@
 
 #include "collection/collection.h"
 #include "host/fixture.h"
-#include "parental/parental_rating.h"
 #include "middleware/types.h"
+#include "parental/parental_rating.h"
 #include "sim/broadcast_sim.h"
 #include "sim/core.h"
 #include "sim/sim.h"

@@ -3,8 +3,8 @@
 
 #include <cstring>
 
-#include "host/fixture.h"
 #include "frame/instance_kind.h"
+#include "host/fixture.h"
 #include "sim/sim.h"
 
 namespace {

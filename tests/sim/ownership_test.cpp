@@ -1,6 +1,6 @@
 // Reference and forcing rules of the simulated middleware.
-#include "sim_fixture.h"
 #include "sim/config_sim.h"
+#include "sim_fixture.h"
 
 namespace simtest {
 namespace {
