@@ -6,6 +6,7 @@
 #include "broadcast/broadcast_kind.h"
 #include "broadcast/channel.h"
 #include "broadcast/stream_event.h"
+#include "frame/event_arguments.h"
 #include "frame/events.h"
 #include "parental/parental_rating.h"
 #include "utils/convert.h"
@@ -20,27 +21,8 @@ void SetIntOrVoid(NPVariant* v, int32_t value) {
     SetInt(v, value);
 }
 
-// Owned string `i` as a String, or undefined when there is none.
-void TakeStringOrVoid(PendingEvent* ev, int i, NPVariant* v) {
-  if (ev->owned[i])
-    TakeStringArgument(ev, i, v);
-  else
-    SetVoid(v);
-}
-
 PendingEvent Event(MwHandle broadcast, EventDelivery deliver, int event) {
   return EventFor(BroadcastList(), deliver, broadcast, static_cast<uint32_t>(event));
-}
-
-void DeliverNothing(ObjectRecord* target, PendingEvent* ev) {
-  if (target) DeliverToListeners(target, ev->event, nullptr, 0);
-}
-
-void DeliverInt(ObjectRecord* target, PendingEvent* ev) {
-  if (!target) return;
-  NPVariant arg;
-  SetInt(&arg, ev->numbers[0]);
-  DeliverToListeners(target, ev->event, &arg, 1);
 }
 
 void DeliverPlayState(ObjectRecord* target, PendingEvent* ev) {
@@ -103,16 +85,6 @@ void DeliverSpeed(ObjectRecord* target, PendingEvent* ev) {
   DeliverToListeners(target, ev->event, &arg, 1);
 }
 
-void DeliverRightsError(ObjectRecord* target, PendingEvent* ev) {
-  if (!target) return;
-  NPVariant args[4];
-  SetInt(&args[0], ev->numbers[0]);
-  TakeStringOrVoid(ev, 0, &args[1]);
-  TakeStringArgument(ev, 1, &args[2]);
-  TakeStringOrVoid(ev, 2, &args[3]);
-  DeliverToListeners(target, ev->event, args, 4);
-}
-
 // The stream event travels as a copy: its record, then name, data and text.
 void DeliverStreamEvent(ObjectRecord* target, PendingEvent* ev) {
   if (!target) return;
@@ -139,13 +111,13 @@ void Append(char** to, const char* from, uint32_t length) {
 }  // namespace
 
 void Broadcast_onSelectedComponentChanged(MwHandle broadcast, int32_t componentType) {
-  PendingEvent ev = Event(broadcast, DeliverInt, kEventSelectedComponentChanged);
+  PendingEvent ev = Event(broadcast, DeliverOneInt, kEventSelectedComponentChanged);
   ev.numbers[0] = componentType;
   PostEvent(ev);
 }
 
 void Broadcast_onFullScreenChange(MwHandle broadcast) {
-  PostEvent(Event(broadcast, DeliverNothing, kEventFullScreenChange));
+  PostEvent(Event(broadcast, DeliverNoArguments, kEventFullScreenChange));
 }
 
 void Broadcast_onPlayStateChange(MwHandle broadcast, int32_t state, int32_t error) {
@@ -156,7 +128,7 @@ void Broadcast_onPlayStateChange(MwHandle broadcast, int32_t state, int32_t erro
 }
 
 void Broadcast_onProgrammesChanged(MwHandle broadcast) {
-  PostEvent(Event(broadcast, DeliverNothing, kEventProgrammesChanged));
+  PostEvent(Event(broadcast, DeliverNoArguments, kEventProgrammesChanged));
 }
 
 void Broadcast_onChannelChangeError(MwHandle broadcast, MwHandle channel, int32_t errorState) {
@@ -207,7 +179,7 @@ void Broadcast_onPlaySpeedChanged(MwHandle broadcast, float speed) {
 }
 
 void Broadcast_onPlayPositionChanged(MwHandle broadcast, int32_t position) {
-  PendingEvent ev = Event(broadcast, DeliverInt, kEventPlayPositionChanged);
+  PendingEvent ev = Event(broadcast, DeliverOneInt, kEventPlayPositionChanged);
   ev.numbers[0] = position;
   PostEvent(ev);
 }

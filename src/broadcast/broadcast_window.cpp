@@ -42,8 +42,7 @@ void BroadcastSetWindow(BroadcastRecord* r, NPWindow* window) {
 
 void BroadcastPaint(BroadcastRecord* r, const uint16_t update[4]) {
   if (!r || !update) return;
-  uint32_t state = __atomic_load_n(&r->playState, __ATOMIC_RELAXED);
-  if (state != 1 && state != 2) return;  // video shows only while connecting or presenting
+  if (r->playState != 1 && r->playState != 2) return;  // video shows only while connecting or presenting
   MwRect rect;
   rect.left = std::max(static_cast<int16_t>(r->paintX + update[0]), r->clipLeft);
   rect.top = std::max(static_cast<int16_t>(r->paintY + update[1]), r->clipTop);

@@ -1,5 +1,6 @@
 // The middleware's way back into the plug-in.
 #include "appmgr/application_manager.h"
+#include "avcontrol/avcontrol.h"
 #include "broadcast/broadcast.h"
 #include "drm/drm_agent.h"
 #include "plugin/entry.h"
@@ -8,11 +9,11 @@ extern const MwEventCallbacks g_plugin_callbacks = {
     AppMgr_onLowMemory,
     AppMgr_onApplicationLoadError,
     nullptr,  // SearchManager_onMetadataSearch
-    nullptr,  // AVControl_onPlayStateChange
-    nullptr,  // AVControl_onFullScreenChange
-    nullptr,  // AVControl_onPlayPositionChanged
-    nullptr,  // AVControl_onSelectedComponentChanged
-    nullptr,  // AVControl_onDRMRightsError
+    AVControl_onPlayStateChange,
+    AVControl_onFullScreenChange,
+    AVControl_onPlayPositionChanged,
+    AVControl_onSelectedComponentChanged,
+    AVControl_onDRMRightsError,
     Broadcast_onFullScreenChange,
     Broadcast_onChannelChangeError,
     Broadcast_onChannelChangeSucceeded,

@@ -3,12 +3,22 @@
 extern const InstanceKind kAitKind;
 extern const InstanceKind kApplicationManagerKind;
 extern const InstanceKind kBroadcastKind;
+extern const InstanceKind kVideoMpegKind;
+extern const InstanceKind kVideoMp4Kind;
+extern const InstanceKind kVideoMpeg4Kind;
+extern const InstanceKind kAudioMpegKind;
+extern const InstanceKind kAudioMp4Kind;
 extern const InstanceKind kDrmAgentKind;
 
 const InstanceKind* const g_instance_kinds[] = {
     &kAitKind,
     &kApplicationManagerKind,
     &kBroadcastKind,
+    &kVideoMpegKind,
+    &kVideoMp4Kind,
+    &kVideoMpeg4Kind,
+    &kAudioMpegKind,
+    &kAudioMp4Kind,
     &kDrmAgentKind,
     nullptr,
 };

@@ -21,7 +21,7 @@ TEST_F(InstanceTest, EveryInstanceMadeIsWindowlessAndARefusedOneStaysAsItWas) {
   EXPECT_EQ(NPPVpluginWindowBool, host::SetValues()[0].variable);
   EXPECT_EQ(nullptr, host::SetValues()[0].value);
   testing::internal::CaptureStdout();
-  NewPlugin("video/mp4");  // a kind not built
+  NewPlugin("application/x-unknown");
   host::FailRecordAllocation(1);
   NewPlugin("application/oipfdrmagent");
   Output();

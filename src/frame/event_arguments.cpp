@@ -1,0 +1,36 @@
+#include "frame/event_arguments.h"
+
+#include "npapi/browser.h"
+
+namespace {
+
+// Owned string `i` as a String, or undefined when there is none.
+void TakeStringOrVoid(PendingEvent* ev, int i, NPVariant* v) {
+  if (ev->owned[i])
+    TakeStringArgument(ev, i, v);
+  else
+    SetVoid(v);
+}
+
+}  // namespace
+
+void DeliverNoArguments(ObjectRecord* target, PendingEvent* ev) {
+  if (target) DeliverToListeners(target, ev->event, nullptr, 0);
+}
+
+void DeliverOneInt(ObjectRecord* target, PendingEvent* ev) {
+  if (!target) return;
+  NPVariant arg;
+  SetInt(&arg, ev->numbers[0]);
+  DeliverToListeners(target, ev->event, &arg, 1);
+}
+
+void DeliverRightsError(ObjectRecord* target, PendingEvent* ev) {
+  if (!target) return;
+  NPVariant args[4];
+  SetInt(&args[0], ev->numbers[0]);
+  TakeStringOrVoid(ev, 0, &args[1]);
+  TakeStringArgument(ev, 1, &args[2]);
+  TakeStringOrVoid(ev, 2, &args[3]);
+  DeliverToListeners(target, ev->event, args, 4);
+}

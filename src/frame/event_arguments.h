@@ -1,0 +1,17 @@
+// Deliveries of the event shapes several kinds share: no arguments, one
+// Int32, and a DRM rights error.
+#ifndef ORVANE_FRAME_EVENT_ARGUMENTS_H
+#define ORVANE_FRAME_EVENT_ARGUMENTS_H
+
+#include "frame/events.h"
+
+// No arguments.
+void DeliverNoArguments(ObjectRecord* target, PendingEvent* event);
+// numbers[0] as one Int32.
+void DeliverOneInt(ObjectRecord* target, PendingEvent* event);
+// A DRM rights error: numbers[0] the error state; owned[0] the content id
+// (undefined when none), owned[1] the DRM system id (always converted),
+// owned[2] the rights issuer URL (undefined when none).
+void DeliverRightsError(ObjectRecord* target, PendingEvent* event);
+
+#endif
