@@ -1,8 +1,9 @@
 // The simulated A/V control players: a playlist (the data URL and what was
-// queued), play state, position, speed, volume, placement, full screen and
-// media components, with play-state and full-screen events from the
-// simulator's thread.
+// queued) of media from the receiver description, played on the
+// simulator's clock, with placement, full screen, volume and media
+// components, and every change reported from the simulator's thread.
 #include <algorithm>
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <set>
@@ -16,50 +17,91 @@
 namespace {
 
 using Lock = std::lock_guard<std::recursive_mutex>;
+using Clock = std::chrono::steady_clock;
 
-const int32_t kStopped = 0, kPlaying = 1, kPaused = 2;
-const int32_t kMediaLengthMs = 600000;  // every simulated medium lasts ten minutes
-const int kEventDelayMs = 5;
+const int32_t kStopped = 0, kPlaying = 1, kPaused = 2, kConnecting = 3, kBuffering = 4,
+              kFinished = 5, kError = 6;
+// How long each step of starting a medium takes, and the delay of events.
+const int kConnectMs = 15, kBufferMs = 25, kEventDelayMs = 5;
+const char kDrmSystem[] = "urn:dvb:casystemid:19188";
+
+int64_t NowMs() {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now().time_since_epoch()).count();
+}
 
 struct PlayerObject : sim::Object {
   sim::AVPlayerState state;
-  std::vector<MwHandle> components;  // persistent, of this player's medium
+  sim::MediaSpec media;
+  std::vector<MwHandle> components;  // persistent, of the current medium
   std::set<void*> selected_objects;
+  int64_t anchor_ms = 0;     // when `state.position` was last true, while playing
+  uint64_t generation = 0;   // timers of older generations do nothing
   const char* Type() const override { return "av-player"; }
   std::string Data() const {
     size_t t = static_cast<size_t>(state.track);
     return t < state.playlist.size() ? state.playlist[t] : "";
   }
+  // The position now; brings the anchor up to now.
+  void Settle() {
+    int64_t now = NowMs();
+    if (state.play_state == kPlaying && state.speed != 0) {
+      int64_t p = state.position + (now - anchor_ms) * state.speed;
+      state.position = static_cast<int32_t>(std::max<int64_t>(0, std::min<int64_t>(p, state.play_time)));
+    }
+    anchor_ms = now;
+  }
 };
 
+std::vector<MwHandle> g_players;  // oldest first
 bool g_clip_set = false;
 MwRect g_clip = {0, 0, 0, 0};
-sim::ResetHook g_reset([] { g_clip_set = false; });
+sim::ResetHook g_reset([] {
+  g_clip_set = false;
+  g_players.clear();
+});
 
-MwHandle Component(int32_t type, const char* encoding) {
+MwHandle Component(const sim::MediaComponentSpec& spec) {
   auto c = std::make_shared<sim::ComponentObject>();
-  c->type = type;
-  c->tag = type + 1;
-  c->encoding = encoding;
-  if (type == 0) c->aspect_ratio = 1.78f;
-  if (type == 1) {
-    c->language = "eng";
-    c->audio_channels = 2;
-  }
+  c->type = spec.type;
+  c->tag = spec.type + 1;
+  c->encoding = spec.encoding;
+  c->language = spec.language;
+  c->audio_description = spec.audio_description;
+  if (spec.type == 0) c->aspect_ratio = 1.78f;
+  if (spec.type == 1) c->audio_channels = 2;
   return sim::Register(c, true);
+}
+
+// Makes the current playlist item the player's medium, at position 0.
+void Load(PlayerObject& p) {
+  std::string url = p.Data();
+  p.media = sim::MediaAt(url);
+  p.state.title = url.empty() ? "" : p.media.title;
+  p.state.play_time = url.empty() ? 0 : p.media.duration_ms;
+  p.state.position = 0;
+  p.components.clear();
+  p.state.active_types.clear();
+  bool video = p.state.kind == 7 || p.state.kind == 8;
+  for (const sim::MediaComponentSpec& spec : p.media.components) {
+    if (spec.type != 1 && !video) continue;  // audio players have audio only
+    p.components.push_back(Component(spec));
+    if (std::find(p.state.active_types.begin(), p.state.active_types.end(), spec.type) ==
+            p.state.active_types.end() && spec.type != 2)
+      p.state.active_types.push_back(spec.type);  // the first of each type plays; no subtitles
+  }
 }
 
 MwHandle CreatePlayer(int32_t kind) {
   auto p = std::make_shared<PlayerObject>();
   p->state.kind = kind;
-  bool video = kind == 7 || kind == 8;
-  if (video) p->components.push_back(Component(0, kind == 7 ? "video/mpeg2" : "video/h264"));
-  p->components.push_back(Component(1, kind == 7 || kind == 9 ? "audio/mpeg" : "audio/mp4"));
-  for (MwHandle c : p->components) p->state.active_types.push_back(sim::Find<sim::ComponentObject>(c)->type);
-  return sim::Register(p, false);
+  Load(*p);
+  MwHandle h = sim::Register(p, false);
+  Lock lock(sim::Mutex());
+  g_players.push_back(h);
+  return h;
 }
 
-// Runs `fn` on the player's state under the lock; `fallback` for another handle.
+// Runs `fn` on the player under the lock; `fallback` for another handle.
 template <class R>
 R WithPlayer(MwHandle player, R fallback, const std::function<R(PlayerObject&)>& fn) {
   auto p = sim::Find<PlayerObject>(player);
@@ -96,9 +138,108 @@ void Raise(MwHandle player, bool on_sim_thread, int delay_ms, std::function<void
       delay_ms);
 }
 
-void AutoPlayStateEvent(MwHandle player) {
+void StateEvent(MwHandle player) {
   if (!sim::AutoEvents()) return;
   Raise(player, true, kEventDelayMs, [player] { SIM_EMIT(AVControl_onPlayStateChange, player); });
+}
+
+void PositionEvent(MwHandle player, int32_t position) {
+  if (!sim::AutoEvents()) return;
+  Raise(player, true, kEventDelayMs,
+        [player, position] { SIM_EMIT(AVControl_onPlayPositionChanged, player, position); });
+}
+
+// Runs `step` on the simulator's thread after `delay_ms`, unless the player
+// changed course (or went) meanwhile.
+void After(MwHandle player, uint64_t generation, int delay_ms, std::function<void(PlayerObject&)> step) {
+  sim::OnSimThread(
+      [player, generation, step] {
+        auto p = sim::Find<PlayerObject>(player);
+        if (!p) return;
+        Lock lock(sim::Mutex());
+        if (p->generation == generation) step(*p);
+      },
+      delay_ms);
+}
+
+void ChangeState(MwHandle player, PlayerObject& p, int32_t state, int32_t error = 0) {
+  p.Settle();
+  bool changed = p.state.play_state != state;
+  p.state.play_state = state;
+  p.state.error = error;
+  if (changed) StateEvent(player);
+}
+
+void ScheduleEnd(MwHandle player, PlayerObject& p);
+
+// The end of the medium: loop, the next queued item, or finished.
+void AtEnd(MwHandle player, PlayerObject& p) {
+  p.Settle();
+  if (p.state.loop != 0) {
+    if (p.state.loop > 0) p.state.loop--;
+    p.state.position = 0;
+    p.anchor_ms = NowMs();
+    PositionEvent(player, 0);
+    ScheduleEnd(player, p);
+    return;
+  }
+  if (static_cast<size_t>(p.state.track) + 1 < p.state.playlist.size()) {
+    p.state.track++;
+    Load(p);
+    p.anchor_ms = NowMs();
+    ScheduleEnd(player, p);
+    return;
+  }
+  p.state.speed = 0;
+  p.state.position = p.state.play_time;
+  ChangeState(player, p, kFinished);
+}
+
+// While playing, the next moment the position runs out of the medium.
+void ScheduleEnd(MwHandle player, PlayerObject& p) {
+  uint64_t generation = ++p.generation;
+  if (p.state.play_state != kPlaying || p.state.speed == 0) return;
+  int64_t left = p.state.speed > 0 ? (p.state.play_time - p.state.position) / p.state.speed
+                                   : p.state.position / -static_cast<int64_t>(p.state.speed);
+  int delay = static_cast<int>(std::min<int64_t>(std::max<int64_t>(left, 0) + 1, 1 << 30));
+  After(player, generation, delay, [player](PlayerObject& q) {
+    q.Settle();
+    if (q.state.speed > 0) {
+      AtEnd(player, q);
+    } else {
+      // Rewound to the start: play on from there.
+      q.state.speed = 1;
+      ScheduleEnd(player, q);
+    }
+  });
+}
+
+// Starting a medium: connecting, buffering, then playing (or paused at
+// speed 0); unplayable and protected media end in error.
+void Start(MwHandle player, PlayerObject& p) {
+  ChangeState(player, p, kConnecting);
+  uint64_t generation = ++p.generation;
+  After(player, generation, kConnectMs, [player, generation](PlayerObject& q) {
+    if (q.media.protected_media) {
+      std::string url = q.Data();
+      Raise(player, true, 0, [player, url] {
+        SIM_EMIT(AVControl_onDRMRightsError, player, 0, sim::NewStringHandle(url),
+                 sim::NewStringHandle(kDrmSystem), sim::NewStringHandle("http://rights.orvane.example/"));
+      });
+      ChangeState(player, q, kError, 2);
+      return;
+    }
+    if (q.media.unplayable) {
+      ChangeState(player, q, kError, q.media.error);
+      return;
+    }
+    ChangeState(player, q, kBuffering);
+    After(player, generation, kBufferMs, [player](PlayerObject& r) {
+      r.anchor_ms = NowMs();
+      ChangeState(player, r, r.state.speed == 0 ? kPaused : kPlaying);
+      ScheduleEnd(player, r);
+    });
+  });
 }
 
 MwHandle ComponentList(MwHandle player, uint32_t type, bool active_only) {
@@ -110,18 +251,26 @@ MwHandle ComponentList(MwHandle player, uint32_t type, bool active_only) {
       const std::vector<int32_t>& active = p.state.active_types;
       if (active_only && std::find(active.begin(), active.end(), c->type) == active.end()) continue;
       items.push_back(h);
+      if (active_only) break;  // one component of a type plays
     }
     return sim::NewList(items);
   });
 }
 
 void SelectType(MwHandle player, uint32_t type, bool select) {
-  WithPlayer(player, [type, select](PlayerObject& p) {
+  // A selection is reported; an unselection when something was selected.
+  bool report = WithPlayer<bool>(player, false, [type, select](PlayerObject& p) {
     std::vector<int32_t>& active = p.state.active_types;
     auto it = std::find(active.begin(), active.end(), static_cast<int32_t>(type));
-    if (select && it == active.end()) active.push_back(static_cast<int32_t>(type));
-    if (!select && it != active.end()) active.erase(it);
+    bool was = it != active.end();
+    if (select && !was) active.push_back(static_cast<int32_t>(type));
+    if (!select && was) active.erase(it);
+    return select || was;
   });
+  if (report && sim::AutoEvents())
+    Raise(player, true, kEventDelayMs, [player, type] {
+      SIM_EMIT(AVControl_onSelectedComponentChanged, player, static_cast<int32_t>(type));
+    });
 }
 
 void SelectObject(MwHandle player, void* object, bool select) {
@@ -135,15 +284,48 @@ void SelectObject(MwHandle player, void* object, bool select) {
   });
 }
 
+// A new medium stops the player.
+void Replace(MwHandle player, PlayerObject& p) {
+  p.generation++;
+  Load(p);
+  p.state.speed = 0;
+  ChangeState(player, p, kStopped);
+}
+
+// Another item of the playlist: it becomes the medium, played from its start
+// if the player was playing.
+int32_t MoveTo(MwHandle player, int64_t index) {
+  return WithPlayer<int32_t>(player, 0, [player, index](PlayerObject& p) {
+    if (index < 0 || index >= static_cast<int64_t>(p.state.playlist.size())) return 0;
+    bool running = p.state.play_state == kPlaying || p.state.play_state == kPaused ||
+                   p.state.play_state == kConnecting || p.state.play_state == kBuffering;
+    p.state.track = static_cast<int32_t>(index);
+    p.generation++;
+    Load(p);
+    if (running && sim::AutoEvents()) Start(player, p);
+    return 1;
+  });
+}
+
 }  // namespace
 
 namespace sim {
 
 bool AVPlayer(MwHandle player, AVPlayerState* out) {
   return WithPlayer<bool>(player, false, [out](PlayerObject& p) {
+    p.Settle();
     if (out) *out = p.state;
     return true;
   });
+}
+
+std::vector<MwHandle> AVPlayers() {
+  Lock lock(Mutex());
+  std::vector<MwHandle> live;
+  for (MwHandle h : g_players)
+    if (Find<PlayerObject>(h)) live.push_back(h);
+  g_players = live;
+  return live;
 }
 
 bool LastClipRect(MwRect* out) {
@@ -154,6 +336,8 @@ bool LastClipRect(MwRect* out) {
 
 void RaiseAVPlayStateChange(MwHandle player, int32_t state, int32_t error, bool on_sim_thread) {
   WithPlayer(player, [state, error](PlayerObject& p) {
+    p.Settle();
+    p.generation++;
     p.state.play_state = state;
     p.state.error = error;
   });
@@ -228,20 +412,20 @@ MwHandle MwAVGetData(MwHandle player) {
 void MwAVSetData(MwHandle player, const MwString* data) {
   SIM_VOID(player, data);
   std::string url = sim::Text(data);
-  WithPlayer(player, [&url](PlayerObject& p) {
+  WithPlayer(player, [player, &url](PlayerObject& p) {
     p.state.playlist.clear();
     if (!url.empty()) p.state.playlist.push_back(url);
     p.state.track = 0;
-    p.state.play_state = kStopped;
-    p.state.position = 0;
-    p.state.speed = 0;
-    p.state.play_time = url.empty() ? 0 : kMediaLengthMs;
+    Replace(player, p);
   });
 }
 
 int32_t MwAVGetPlayPosition(MwHandle player) {
   SIM_CALL(int32_t, player);
-  return Get(player, &sim::AVPlayerState::position);
+  return WithPlayer<int32_t>(player, 0, [](PlayerObject& p) {
+    p.Settle();
+    return p.state.position;
+  });
 }
 
 int32_t MwAVGetPlayTime(MwHandle player) {
@@ -296,12 +480,7 @@ int32_t MwAVIsFullScreen(MwHandle player) {
 
 void MwAVSetCurrentTrackIndex(MwHandle player, uint32_t index) {
   SIM_VOID(player, index);
-  WithPlayer(player, [index](PlayerObject& p) {
-    if (index < p.state.playlist.size()) {
-      p.state.track = static_cast<int32_t>(index);
-      p.state.position = 0;
-    }
-  });
+  MoveTo(player, index);
 }
 
 void MwAVSetPersist(MwHandle player, uint8_t persist) {
@@ -327,24 +506,40 @@ void MwAVSetPosition(MwHandle player, int32_t x, int32_t y) {
   });
 }
 
-// Speed 0 pauses; any other speed plays.
+// The speed is a signed factor: 0 pauses, 2 plays twice as fast, -1
+// rewinds. From stopped, finished or error the medium starts anew.
 int32_t MwAVPlay(MwHandle player, uint32_t speed) {
   SIM_CALL(int32_t, player, speed);
-  int32_t ok = WithPlayer<int32_t>(player, 0, [speed](PlayerObject& p) {
-    p.state.speed = static_cast<int32_t>(speed);
-    p.state.play_state = speed == 0 ? kPaused : kPlaying;
-    p.state.error = 0;
+  int32_t factor = static_cast<int32_t>(speed);
+  return WithPlayer<int32_t>(player, 0, [player, factor](PlayerObject& p) {
+    if (p.state.playlist.empty()) return 0;
+    p.Settle();
+    p.state.speed = factor;
+    int32_t state = p.state.play_state;
+    if (!sim::AutoEvents()) {  // driven by hand: the state only
+      p.state.play_state = factor == 0 ? kPaused : kPlaying;
+      p.state.error = 0;
+      return 1;
+    }
+    if (state == kStopped || state == kFinished || state == kError) {
+      if (state != kStopped) p.state.position = 0;
+      Start(player, p);
+    } else if (state == kPlaying || state == kPaused) {
+      ChangeState(player, p, factor == 0 ? kPaused : kPlaying);
+      ScheduleEnd(player, p);
+    }  // connecting or buffering: the new speed applies once playing
     return 1;
   });
-  if (ok) AutoPlayStateEvent(player);
-  return ok;
 }
 
 int32_t MwAVSeek(MwHandle player, uint32_t position) {
   SIM_CALL(int32_t, player, position);
-  return WithPlayer<int32_t>(player, 0, [position](PlayerObject& p) {
-    if (position > static_cast<uint32_t>(p.state.play_time)) return 0;
+  return WithPlayer<int32_t>(player, 0, [player, position](PlayerObject& p) {
+    if (p.state.playlist.empty() || position > static_cast<uint32_t>(p.state.play_time)) return 0;
+    p.Settle();
     p.state.position = static_cast<int32_t>(position);
+    PositionEvent(player, p.state.position);
+    ScheduleEnd(player, p);
     return 1;
   });
 }
@@ -360,34 +555,23 @@ int32_t MwAVSetVolume(MwHandle player, uint32_t volume) {
 
 int32_t MwAVStop(MwHandle player) {
   SIM_CALL(int32_t, player);
-  int32_t ok = WithPlayer<int32_t>(player, 0, [](PlayerObject& p) {
-    p.state.play_state = kStopped;
+  return WithPlayer<int32_t>(player, 0, [player](PlayerObject& p) {
+    p.generation++;
     p.state.speed = 0;
+    ChangeState(player, p, kStopped);
     p.state.position = 0;
     return 1;
   });
-  if (ok) AutoPlayStateEvent(player);
-  return ok;
 }
 
 int32_t MwAVNext(MwHandle player) {
   SIM_CALL(int32_t, player);
-  return WithPlayer<int32_t>(player, 0, [](PlayerObject& p) {
-    if (static_cast<size_t>(p.state.track) + 1 >= p.state.playlist.size()) return 0;
-    p.state.track++;
-    p.state.position = 0;
-    return 1;
-  });
+  return MoveTo(player, Get(player, &sim::AVPlayerState::track) + 1);
 }
 
 int32_t MwAVPrevious(MwHandle player) {
   SIM_CALL(int32_t, player);
-  return WithPlayer<int32_t>(player, 0, [](PlayerObject& p) {
-    if (p.state.track == 0) return 0;
-    p.state.track--;
-    p.state.position = 0;
-    return 1;
-  });
+  return MoveTo(player, Get(player, &sim::AVPlayerState::track) - 1);
 }
 
 MwHandle MwAVGetComponents(MwHandle player, uint32_t componentType) {
@@ -420,7 +604,8 @@ void MwAVUnselectComponentType(MwHandle player, uint32_t componentType) {
   SelectType(player, componentType, false);
 }
 
-// Queues after the current item; null (or an empty URL) drops everything queued after it.
+// Queues after the last item; null (or an empty URL) drops everything
+// queued after the current item.
 int32_t MwAVQueue(MwHandle player, const MwString* url) {
   SIM_CALL(int32_t, player, url);
   std::string text = sim::Text(url);
@@ -431,6 +616,7 @@ int32_t MwAVQueue(MwHandle player, const MwString* url) {
       return 1;
     }
     list.push_back(text);
+    if (list.size() == 1) Load(p);  // the first item is the medium
     return 1;
   });
 }
@@ -448,18 +634,18 @@ void MwAVSetFullScreen(MwHandle player, uint8_t fullScreen) {
     Raise(player, true, kEventDelayMs, [player] { SIM_EMIT(AVControl_onFullScreenChange, player); });
 }
 
-// Replaces the current item, keeping the play state.
+// Replaces the current item and stops the player.
 void MwAVSetSource(MwHandle player, const MwString* url, uint32_t reserved) {
   SIM_VOID(player, url, reserved);
   std::string text = sim::Text(url);
-  WithPlayer(player, [&text](PlayerObject& p) {
+  WithPlayer(player, [player, &text](PlayerObject& p) {
     size_t t = static_cast<size_t>(p.state.track);
     if (t < p.state.playlist.size())
       p.state.playlist[t] = text;
     else
       p.state.playlist.push_back(text);
-    p.state.position = 0;
-    p.state.play_time = kMediaLengthMs;
+    p.state.track = static_cast<int32_t>(std::min(t, p.state.playlist.size() - 1));
+    Replace(player, p);
   });
 }
 

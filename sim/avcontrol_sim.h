@@ -12,6 +12,15 @@ namespace sim {
 
 // What a player holds. Play states: 0 stopped, 1 playing, 2 paused,
 // 3 connecting, 4 buffering, 5 finished, 6 error.
+//
+// A player plays on the simulator's clock: play(speed) goes connecting,
+// buffering, playing, each reported a few milliseconds later from the
+// simulator's thread; the position moves with the speed (0 pauses, 2 is
+// twice as fast, negative speeds rewind); at the end the player loops when
+// asked to, moves on to the next queued item, or finishes. Media come from
+// the receiver description (sim::MediaAt). With automatic events off
+// (sim::SetAutoEvents), play() and stop() only set the state and the
+// position stays where it is.
 struct AVPlayerState {
   int32_t kind = 0;  // 7 video/mpeg, 8 video/mp4, 9 audio/mpeg, 10 audio/mp4
   std::vector<std::string> playlist;  // the data URL, then what was queued
@@ -21,9 +30,12 @@ struct AVPlayerState {
   int32_t cache = 0, loop = 0;
   std::vector<int32_t> active_types;  // component types with a selected component
   size_t selected_objects = 0;        // component script objects selected and not unselected
+  std::string title;                  // of the current medium
 };
-// False when `player` is no player.
+// False when `player` is no player. The position is the one at this moment.
 bool AVPlayer(MwHandle player, AVPlayerState* out);
+// The players that exist, oldest first.
+std::vector<MwHandle> AVPlayers();
 
 // The clip rectangle last given to the video plane; false when it was
 // cleared (null) or never set.

@@ -38,6 +38,33 @@ std::vector<std::string> Strings(const json& j, const char* key) {
   return v.get<std::vector<std::string>>();
 }
 
+// "media": {url: {title, duration (ms), components: [{type, encoding,
+// language, audioDescription}], protected, unplayable, error}}; "default"
+// names the clip that any other URL plays.
+MediaSpec Media(const json& j, const MediaSpec& fallback) {
+  MediaSpec m;
+  m.title = Str(j, "title");
+  m.duration_ms = Int(j, "duration", fallback.duration_ms);
+  if (m.duration_ms <= 0) throw std::runtime_error("a medium's duration must be positive");
+  m.components = fallback.components;
+  if (j.contains("components")) {
+    m.components.clear();
+    for (const json& c : j.at("components")) {
+      MediaComponentSpec spec;
+      std::string type = Str(c, "type", "video");
+      spec.type = type == "audio" ? 1 : type == "subtitle" ? 2 : 0;
+      spec.encoding = Str(c, "encoding", spec.type == 0 ? "video/h264" : spec.type == 1 ? "audio/mp4" : "text/ttml");
+      spec.language = Str(c, "language");
+      spec.audio_description = Int(c, "audioDescription");
+      m.components.push_back(spec);
+    }
+  }
+  m.protected_media = Int(j, "protected") != 0;
+  m.unplayable = Int(j, "unplayable") != 0;
+  m.error = Int(j, "error", fallback.error);
+  return m;
+}
+
 MwHandle Rating(const json& j) {
   auto r = std::make_shared<RatingObject>();
   if (j.is_number()) {
@@ -202,6 +229,15 @@ void Apply(const json& d, Receiver& rx) {
     }
   }
   if (d.contains("freeMemory")) rx.free_memory = Int(d, "freeMemory");
+  if (d.contains("media")) {
+    for (const auto& item : d.at("media").items()) {
+      MediaSpec m = Media(item.value(), rx.default_media);
+      if (item.key() == "default")
+        rx.default_media = m;
+      else
+        rx.media[item.key()] = m;
+    }
+  }
 }
 
 }  // namespace

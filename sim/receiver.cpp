@@ -73,6 +73,15 @@ Receiver& Rx() {
   return *rx;
 }
 
+MediaSpec MediaAt(const std::string& url) {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  const Receiver& rx = Rx();
+  auto it = rx.media.find(url);
+  MediaSpec m = it != rx.media.end() ? it->second : rx.default_media;
+  if (m.title.empty()) m.title = url.substr(url.find_last_of('/') + 1);
+  return m;
+}
+
 MwHandle CurrentChannel() {
   std::lock_guard<std::recursive_mutex> lock(Mutex());
   Receiver& rx = Rx();
@@ -85,6 +94,18 @@ void LoadDefaultReceiver() {
   rx = Receiver();
   const int32_t now = 1795000000;  // a fixed clock, so that runs repeat
   rx.now = now;
+  // Any URL plays as a one-minute clip with video, two audio languages and
+  // subtitles; two named clips show the other cases.
+  rx.default_media.components = {{0, "video/h264", ""}, {1, "audio/mp4", "eng"},
+                                 {1, "audio/mp4", "deu"}, {2, "text/ttml", "eng"}};
+  MediaSpec locked = rx.default_media;
+  locked.title = "Protected clip";
+  locked.protected_media = true;
+  rx.media["http://media.orvane.example/protected.mp4"] = locked;
+  MediaSpec broken = rx.default_media;
+  broken.title = "Broken clip";
+  broken.unplayable = true;
+  rx.media["http://media.orvane.example/broken.mp4"] = broken;
   const ChannelSpec specs[] = {
       {0, "Orvane One", 8468, 4100, 4164},
       {0, "Orvane Two", 8468, 4100, 4228},

@@ -65,6 +65,21 @@ struct ChannelObject : Object {
   const char* Type() const override { return "channel"; }
 };
 
+// A medium the A/V control players can play, by URL.
+struct MediaComponentSpec {
+  int32_t type = 0;  // 0 video, 1 audio, 2 subtitle
+  std::string encoding, language;
+  int32_t audio_description = 0;
+};
+struct MediaSpec {
+  std::string title;        // what the video plane shows; the URL's last part when empty
+  int32_t duration_ms = 60000;
+  std::vector<MediaComponentSpec> components;
+  bool protected_media = false;  // no rights: a DRM rights error, then error
+  bool unplayable = false;       // error, with `error`
+  int32_t error = 4;             // the player's error number for unplayable media
+};
+
 struct NetworkInterfaceObject : Object {
   std::string ip_address, mac_address;
   int32_t connected = 1, enabled = 1;
@@ -92,6 +107,9 @@ struct Receiver {
   int32_t key_groups = 0x7ff;          // groups the simulated remote has
   std::vector<int32_t> other_keys;     // further key codes
   int32_t free_memory = 64 * 1024 * 1024;
+  // media by URL (a URL that is not here plays as `default_media`)
+  std::map<std::string, MediaSpec> media;
+  MediaSpec default_media;
   // the receiver's clock, seconds since the epoch (fixed, so that runs repeat)
   int32_t now = 0;
 };
@@ -99,6 +117,8 @@ struct Receiver {
 Receiver& Rx();
 // Replaces the receiver's data with the built-in default receiver.
 void LoadDefaultReceiver();
+// The medium at `url`: the description's, or the default clip.
+MediaSpec MediaAt(const std::string& url);
 // The channel the receiver presents (0 when it has none).
 MwHandle CurrentChannel();
 

@@ -40,12 +40,15 @@ TEST_F(OwnershipTest, ReleasingTwiceOrAnUnknownHandleIsCounted) {
 
 TEST_F(OwnershipTest, ForcedResultsReplaceTheSimulatedOnesUntilUnforced) {
   MwHandle player = MwAVCreateVideoMp4();
+  MwString clip = Ms("clip.mp4");
+  MwAVSetData(player, &clip);
   sim::Force("MwAVPlay", 0);
   EXPECT_EQ(MwAVPlay(player, 1), 0);
   EXPECT_EQ(MwAVGetPlayState(player), 0);  // the forced call did nothing
   sim::Unforce("MwAVPlay");
   EXPECT_EQ(MwAVPlay(player, 1), 1);
-  EXPECT_EQ(MwAVGetPlayState(player), 1);
+  EXPECT_EQ(MwAVGetPlayState(player), 3) << "connecting";
+  sim::WaitIdle();
 
   MwHandle config = MwConfigurationOpen(nullptr);
   MwHandle local = MwConfigGetLocalSystem(config);

@@ -23,6 +23,15 @@ const MwEventCallbacks kTable = [] {
     MwObjectRelease(search);
   };
   t.AVControl_onPlayStateChange = [](MwHandle player) { Record("AVControl_onPlayStateChange", {player}); };
+  t.AVControl_onPlayPositionChanged = [](MwHandle player, int32_t position) {
+    Record("AVControl_onPlayPositionChanged", {player, position});
+  };
+  t.AVControl_onDRMRightsError = [](MwHandle player, int32_t error, MwHandle content, MwHandle system,
+                                    MwHandle issuer) {
+    Record("AVControl_onDRMRightsError", {player, error});
+    for (MwHandle h : {content, system, issuer})
+      if (h) MwObjectRelease(h);
+  };
   return t;
 }();
 
