@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <mutex>
 
+#include "sim/avcontrol_sim.h"
 #include "sim/receiver.h"
 
 namespace {
@@ -39,8 +40,14 @@ VideoPlane* g_plane = nullptr;  // the plane that observes, under g_mu
 }  // namespace
 
 VideoPlane::VideoPlane(int width, int height) : screen_(0, 0, width, height) {
-  std::lock_guard<std::mutex> lock(g_mu);
-  g_plane = this;
+  {
+    std::lock_guard<std::mutex> lock(g_mu);
+    g_plane = this;
+  }
+  connect(&clock_, &QTimer::timeout, this, [this] {
+    if (!Players().isEmpty()) emit changed();
+  });
+  clock_.start(100);
 }
 
 VideoPlane::~VideoPlane() {
@@ -93,7 +100,67 @@ QVector<QRect> VideoPlane::Showing() const {
   QVector<QRect> out;
   for (const Video& v : videos_)
     if (!Where(v).isEmpty()) out << Where(v);
+  for (const Player& player : Players()) out << player.rect;
   return out;
+}
+
+namespace {
+
+QString Timecode(int ms) {
+  ms = qMax(0, ms);
+  return QString("%1:%2.%3")
+      .arg(ms / 60000, 2, 10, QChar('0'))
+      .arg(ms / 1000 % 60, 2, 10, QChar('0'))
+      .arg(ms / 100 % 10);
+}
+
+const char* const kPlayerStates[] = {"stopped", "playing", "paused", "connecting", "buffering",
+                                     "finished", "error"};
+
+}  // namespace
+
+// Video players that are starting, playing or paused, where the plug-in put them.
+QVector<VideoPlane::Player> VideoPlane::Players() const {
+  QVector<Player> out;
+  MwRect clip;
+  bool clipped = sim::LastClipRect(&clip);
+  for (MwHandle h : sim::AVPlayers()) {
+    sim::AVPlayerState s;
+    if (!sim::AVPlayer(h, &s) || (s.kind != 7 && s.kind != 8)) continue;
+    if (s.play_state < 1 || s.play_state > 4) continue;
+    QRect r = s.full_screen ? screen_ : QRect(s.x, s.y, s.width, s.height);
+    if (r.isEmpty() && clipped) r = QRect(QPoint(clip.left, clip.top), QPoint(clip.right - 1, clip.bottom - 1));
+    r = r.intersected(screen_);
+    if (r.isEmpty()) continue;
+    QString status = Timecode(s.position) + " / " + Timecode(s.play_time);
+    if (s.play_state != 1) status += QString("  (%1)").arg(kPlayerStates[s.play_state]);
+    else if (s.speed != 1) status += QString("  x%1").arg(s.speed);
+    out << Player{r, QString::fromStdString(s.title), status};
+  }
+  return out;
+}
+
+void VideoPlane::PaintPlayer(QPainter& p, const Player& player) const {
+  const QRect& r = player.rect;
+  p.save();
+  p.setClipRect(r);
+  QLinearGradient g(r.topLeft(), r.bottomRight());
+  g.setColorAt(0, QColor(20, 60, 110));
+  g.setColorAt(1, QColor(80, 20, 90));
+  p.fillRect(r, g);
+  QFont f = p.font();
+  f.setPixelSize(qMax(10, r.height() / 9));
+  f.setBold(true);
+  p.setFont(f);
+  p.setPen(Qt::white);
+  p.drawText(r.adjusted(0, 0, 0, -r.height() / 4), Qt::AlignCenter, player.title);
+  f.setPixelSize(qMax(9, r.height() / 14));
+  f.setBold(false);
+  p.setFont(f);
+  p.drawText(r.adjusted(0, r.height() / 3, 0, 0), Qt::AlignCenter, player.status);
+  p.setPen(QPen(Qt::white, 2, Qt::DashLine));
+  p.drawRect(r.adjusted(1, 1, -1, -1));
+  p.restore();
 }
 
 void VideoPlane::Paint(QPainter& p) const {
@@ -103,6 +170,7 @@ void VideoPlane::Paint(QPainter& p) const {
     QRect r = Where(v);
     if (!r.isEmpty()) PaintPicture(p, r, v.play_state == 1 ? channel + " (connecting)" : channel);
   }
+  for (const Player& player : Players()) PaintPlayer(p, player);
 }
 
 void VideoPlane::PaintPicture(QPainter& p, const QRect& r, const QString& channel) const {

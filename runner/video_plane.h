@@ -1,13 +1,16 @@
 // The receiver's video plane: what each broadcast object presents and
 // where, as the middleware learns it from the plug-in (video rectangles,
 // play states, full screen), and the test picture that stands in for the
-// video: colour bars with the channel's name filling the rectangle.
+// video: colour bars with the channel's name filling the rectangle. Video
+// A/V control players show in the rectangle the plug-in gave them, with
+// the medium's name and a running timecode; audio players show nothing.
 #ifndef ORVANE_RUNNER_VIDEO_PLANE_H
 #define ORVANE_RUNNER_VIDEO_PLANE_H
 
 #include <QMap>
 #include <QObject>
 #include <QRect>
+#include <QTimer>
 #include <QVector>
 
 #include "sim/sim.h"
@@ -39,6 +42,14 @@ class VideoPlane : public QObject {
   void Apply(const sim::Call& call);  // on the GUI thread
   QRect Where(const Video& v) const;
   void PaintPicture(QPainter& p, const QRect& r, const QString& channel) const;
+  // A video player's rectangle and picture (empty when it shows nothing).
+  struct Player {
+    QRect rect;
+    QString title, status;
+  };
+  QVector<Player> Players() const;
+  void PaintPlayer(QPainter& p, const Player& player) const;
+  QTimer clock_;  // repaints while a player shows, so that its timecode runs
   QRect screen_;
   QMap<QString, Video> videos_;  // by broadcast handle
   QRect paint_rect_;             // last MwVideoSetPaintRect, empty for none

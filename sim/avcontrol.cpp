@@ -22,7 +22,7 @@ using Clock = std::chrono::steady_clock;
 const int32_t kStopped = 0, kPlaying = 1, kPaused = 2, kConnecting = 3, kBuffering = 4,
               kFinished = 5, kError = 6;
 // How long each step of starting a medium takes, and the delay of events.
-const int kConnectMs = 15, kBufferMs = 25, kEventDelayMs = 5;
+const int kConnectMs = 120, kBufferMs = 180, kEventDelayMs = 5;
 const char kDrmSystem[] = "urn:dvb:casystemid:19188";
 
 int64_t NowMs() {
@@ -171,6 +171,7 @@ void ChangeState(MwHandle player, PlayerObject& p, int32_t state, int32_t error 
 }
 
 void ScheduleEnd(MwHandle player, PlayerObject& p);
+void Start(MwHandle player, PlayerObject& p);
 
 // The end of the medium: loop, the next queued item, or finished.
 void AtEnd(MwHandle player, PlayerObject& p) {
@@ -186,8 +187,7 @@ void AtEnd(MwHandle player, PlayerObject& p) {
   if (static_cast<size_t>(p.state.track) + 1 < p.state.playlist.size()) {
     p.state.track++;
     Load(p);
-    p.anchor_ms = NowMs();
-    ScheduleEnd(player, p);
+    Start(player, p);
     return;
   }
   p.state.speed = 0;

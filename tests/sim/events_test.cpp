@@ -28,7 +28,7 @@ TEST_F(EventsTest, PlayersPlayOnTheSimulatorClock) {
   MwAVSetData(player, &clip);
   EXPECT_EQ(MwAVGetPlayTime(player), 300);
   ASSERT_EQ(MwAVPlay(player, 1), 1);
-  sim::WaitIdle(100);
+  sim::WaitIdle(500);
   auto events = Named("AVControl_onPlayStateChange");
   ASSERT_EQ(events.size(), 3u) << "connecting, buffering, playing";
   EXPECT_FALSE(events[0].on_test_thread);
@@ -45,7 +45,7 @@ TEST_F(EventsTest, PlayersPlayOnTheSimulatorClock) {
   std::this_thread::sleep_for(std::chrono::milliseconds(20));
   EXPECT_EQ(MwAVGetPlayPosition(player), paused);
   ASSERT_EQ(MwAVPlay(player, 2), 1);
-  sim::WaitIdle(1000);  // the end comes at twice the speed
+  sim::WaitIdle(2000);  // the end comes at twice the speed
   EXPECT_EQ(MwAVGetPlayState(player), 5) << "finished";
   EXPECT_EQ(MwAVGetPlayPosition(player), 300);
   EXPECT_EQ(Named("AVControl_onPlayPositionChanged").size(), 1u) << "the seek";
@@ -73,7 +73,7 @@ TEST_F(EventsTest, LoopsQueuesAndMediaThatFail) {
   MwAVSetLoop(player, 1);  // once more
   ASSERT_EQ(MwAVQueue(player, &b), 1);
   MwAVPlay(player, 1);
-  sim::WaitIdle(1000);
+  sim::WaitIdle(2000);
   sim::AVPlayerState state;
   ASSERT_TRUE(sim::AVPlayer(player, &state));
   EXPECT_EQ(state.track, 1) << "looped once, then the queue moved on";
