@@ -1,7 +1,8 @@
 // The Orvane demo: an HbbTV application that takes its keys through the
 // keyset, binds to the broadcast, shows the channel with its now and next
 // programmes, changes channel with the arrow and number keys, lists the
-// channels, shows stream events and logs every event it receives.
+// channels, shows stream events, plays a catch-up clip in place of the
+// broadcast (GREEN; BACK returns) and logs every event it receives.
 var demo = (function () {
   var video = null;
   var app = null;
@@ -11,6 +12,9 @@ var demo = (function () {
   var streamUrl = 'dvb://current.ait/1.1';
   var streamListener = null;
   var start = new Date().getTime();
+  var catchup = null;    // the catch-up player while it plays
+  var catchupTimer = null;
+  var catchupUrl = 'http://media.orvane.example/catchup/last-night.mp4';
 
   function $(id) { return document.getElementById(id); }
 
@@ -87,6 +91,49 @@ var demo = (function () {
     }
   }
 
+  function clock(ms) {
+    var s = Math.floor(ms / 1000);
+    return Math.floor(s / 60) + ':' + (s % 60 < 10 ? '0' : '') + (s % 60);
+  }
+
+  // GREEN: the broadcast stops and a catch-up clip plays in its place.
+  function startCatchup() {
+    if (catchup) return;
+    video.stop();
+    catchup = document.createElement('object');
+    catchup.type = 'video/mp4';
+    catchup.style.cssText = 'position:absolute;left:0;top:0;width:1280px;height:720px';
+    document.body.insertBefore(catchup, $('ui'));
+    catchup.data = catchupUrl;
+    catchup.onPlayStateChange = function () {
+      log('catch-up PlayStateChange ' + ['stopped', 'playing', 'paused', 'connecting', 'buffering',
+                                         'finished', 'error'][catchup.playState]);
+    };
+    catchup.play(1);
+    $('catchup-title').innerHTML = catchupUrl.substring(catchupUrl.lastIndexOf('/') + 1);
+    $('catchup-panel').style.display = 'block';
+    catchupTimer = setInterval(function () {
+      $('catchup-position').innerHTML = clock(catchup.playPosition) + ' / ' + clock(catchup.playTime);
+    }, 250);
+    log('catch-up ' + catchupUrl);
+  }
+
+  // BACK: the clip goes and the broadcast comes back.
+  function stopCatchup() {
+    if (!catchup) return;
+    clearInterval(catchupTimer);
+    catchup.stop();
+    catchup.parentNode.removeChild(catchup);
+    catchup = null;
+    $('catchup-panel').style.display = 'none';
+    log('back to the broadcast');
+    try {
+      video.bindToCurrentChannel();
+    } catch (e) {
+      // reported as failed by design; the outcome comes as events
+    }
+  }
+
   function tune(index) {
     if (!channels || index < 0 || index >= channels.length) return;
     log('setChannel ' + channels.item(index).name);
@@ -112,6 +159,10 @@ var demo = (function () {
       var number = code - VK_0;
       for (var i = 0; i < channels.length; i++)
         if (channels.item(i).majorChannel === number) tune(i);
+    } else if (code === VK_GREEN) {
+      startCatchup();
+    } else if (code === VK_BACK) {
+      stopCatchup();
     } else if (code === VK_RED) {
       var ui = $('ui');
       ui.style.visibility = ui.style.visibility === 'hidden' ? 'visible' : 'hidden';
@@ -126,7 +177,7 @@ var demo = (function () {
     try {
       app = $('appmgr').getOwnerApplication(document);
       var keyset = app.privateData.keyset;
-      var granted = keyset.setValue(keyset.RED | keyset.NAVIGATION | keyset.NUMERIC);
+      var granted = keyset.setValue(keyset.RED | keyset.GREEN | keyset.NAVIGATION | keyset.NUMERIC);
       log('keyset ' + granted + ' of ' + keyset.maximumValue);
       app.show();
     } catch (e) {
