@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "host/host.h"
+#include "middleware/avcontrol.h"
 #include "middleware/broadcast.h"
 #include "middleware/collection.h"
 #include "sim/sim.h"
@@ -132,6 +133,63 @@ void BM_BroadcastStopCall(benchmark::State& state) {
   }
 }
 
+// ---- the A/V control: playPosition and play() against the middleware ------------------
+
+MwHandle PlayerHandle(NPP npp) { return BroadcastHandle(npp); }  // the same record head
+
+void BM_DirectPlayPosition(benchmark::State& state) {
+  Page page;
+  MwHandle player = PlayerHandle(page.Open("video/mp4"));
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(MwAVGetPlayPosition(player));
+    if ((state.iterations() & 1023) == 0) sim::ClearCalls();
+  }
+}
+
+void BM_PlayPositionRead(benchmark::State& state) {
+  Page page;
+  NPObject* player = Page::Scriptable(page.Open("video/mp4"));
+  NPIdentifier id = host::Id("playPosition");
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(Read(player, id));
+    if ((state.iterations() & 1023) == 0) sim::ClearCalls();
+  }
+}
+
+void BM_DirectPlay(benchmark::State& state) {
+  Page page;
+  MwHandle player = PlayerHandle(page.Open("video/mp4"));
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(MwAVPlay(player, 1));
+    if ((state.iterations() & 1023) == 0) sim::ClearCalls();
+  }
+}
+
+void BM_PlayCall(benchmark::State& state) {
+  Page page;
+  NPObject* player = Page::Scriptable(page.Open("video/mp4"));
+  NPIdentifier play = host::Id("play");
+  NPVariant speed;
+  speed.type = NPVariantType_Int32;
+  speed.value.intValue = 1;
+  for (auto _ : state) {
+    NPVariant result;
+    result.type = NPVariantType_Void;
+    player->_class->invoke(player, play, &speed, 1, &result);
+    if ((state.iterations() & 1023) == 0) sim::ClearCalls();
+  }
+}
+
+void PlayersRead(benchmark::State& state, bool oldest) {
+  Page page;
+  for (int64_t i = 0; i < state.range(0); i++) page.Open("video/mp4");
+  NPObject* target = Page::Scriptable(oldest ? page.instances.front() : page.instances.back());
+  NPIdentifier id = host::Id("COMPONENT_TYPE_AUDIO");
+  for (auto _ : state) benchmark::DoNotOptimize(Read(target, id));
+}
+void BM_OldestPlayerRead(benchmark::State& state) { PlayersRead(state, true); }
+void BM_NewestPlayerRead(benchmark::State& state) { PlayersRead(state, false); }
+
 // ---- events against the bare async-call round trip ---------------------------------
 
 constexpr int kBatch = 64;
@@ -214,6 +272,12 @@ BENCHMARK(BM_DirectChannelOnid);
 BENCHMARK(BM_ChannelOnidRead);
 BENCHMARK(BM_DirectBroadcastStop);
 BENCHMARK(BM_BroadcastStopCall);
+BENCHMARK(BM_DirectPlayPosition);
+BENCHMARK(BM_PlayPositionRead);
+BENCHMARK(BM_DirectPlay);
+BENCHMARK(BM_PlayCall);
+BENCHMARK(BM_OldestPlayerRead)->Arg(1)->Arg(1000);
+BENCHMARK(BM_NewestPlayerRead)->Arg(1)->Arg(1000);
 BENCHMARK(BM_BareAsyncCallRoundTrip);
 BENCHMARK(BM_BroadcastEvents)->Arg(1)->Arg(10000);
 BENCHMARK(BM_OldestChannelRead)->Arg(1)->Arg(100)->Arg(1000)->Arg(10000);
@@ -264,6 +328,11 @@ int main(int argc, char** argv) {
         "BM_DirectChannelOnid");
   Ratio(collector, "broadcast stop() call / direct middleware call", "BM_BroadcastStopCall",
         "BM_DirectBroadcastStop");
+  Ratio(collector, "A/V playPosition read / direct middleware call", "BM_PlayPositionRead",
+        "BM_DirectPlayPosition");
+  Ratio(collector, "A/V play(1) call / direct middleware call", "BM_PlayCall", "BM_DirectPlay");
+  Ratio(collector, "oldest / newest of 1000 live A/V players", "BM_OldestPlayerRead/1000",
+        "BM_NewestPlayerRead/1000");
   Rate(collector, "broadcast events, 1 instance / bare async-call round trip",
        "BM_BroadcastEvents/1", "BM_BareAsyncCallRoundTrip");
   Rate(collector, "broadcast events, 10000 instances / bare async-call round trip",

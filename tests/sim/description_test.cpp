@@ -59,6 +59,24 @@ TEST_F(DescriptionTest, ChannelsAndIdentityReplaceOnlyTheirSections) {
   EXPECT_EQ(sim::HeldHandles(), 0u);
 }
 
+TEST_F(DescriptionTest, MediaByUrlAndTheDefaultClip) {
+  std::string error;
+  ASSERT_TRUE(sim::LoadDescriptionText(R"({"media": {
+    "default": {"duration": 5000, "components": [{"type": "audio", "language": "nld"}]},
+    "http://v/a.mp4": {"title": "A", "duration": 1200, "unplayable": true}}})", &error)) << error;
+  sim::MediaSpec a = sim::MediaAt("http://v/a.mp4");
+  EXPECT_EQ("A", a.title);
+  EXPECT_EQ(1200, a.duration_ms);
+  EXPECT_TRUE(a.unplayable);
+  ASSERT_EQ(1u, a.components.size()) << "the default clip's components";
+  sim::MediaSpec other = sim::MediaAt("http://v/dir/other.mp4");
+  EXPECT_EQ("other.mp4", other.title) << "the URL's last part";
+  EXPECT_EQ(5000, other.duration_ms);
+  EXPECT_EQ("nld", other.components.at(0).language);
+  EXPECT_FALSE(sim::LoadDescriptionText(R"({"media": {"x": {"duration": 0}}})", &error));
+  EXPECT_NE(std::string::npos, error.find("duration"));
+}
+
 TEST_F(DescriptionTest, AFaultyDescriptionLeavesTheBuiltInReceiverAndSaysWhy) {
   const char* faulty[] = {
       "{\"channels\": [",                                            // not JSON
