@@ -9,16 +9,14 @@
 #include "middleware/types.h"
 #include "npapi/export.h"
 #include "npapi/npapi.h"
+#include "style/video_placement.h"
 
 // One per embedded A/V control element. The common head holds the player
 // handle (0 when none could be made), the media kind (7 to 10) and the
 // listener list, which also holds the listeners set through the event
 // properties.
 struct AVControlRecord : ObjectRecord {
-  int16_t clipLeft, clipTop, clipRight, clipBottom;  // clip rectangle last sent
-  int16_t screenX, screenY;  // position last sent to the player
-  int16_t paintX, paintY;    // the position scaled to the browser window
-  uint16_t width, height;    // size last sent to the player
+  VideoPlacement place;      // where the video goes
   uint32_t playState;        // the player's state when the object was made
   NPObject* styleObject;     // the element's style object (one reference, ours)
 };

@@ -72,7 +72,8 @@ bool SetFullScreen(AVControlRecord* r, const NPVariant* args, uint32_t count) {
   if (flag)
     StyleSetRect(r->instance, r->styleObject, 0, 0, kFullScreenWidth, kFullScreenHeight);
   else
-    StyleSetRect(r->instance, r->styleObject, r->screenX, r->screenY, r->width, r->height);
+    StyleSetRect(r->instance, r->styleObject, r->place.screenX, r->place.screenY, r->place.width,
+                 r->place.height);
   return true;
 }
 

@@ -9,6 +9,7 @@
 #include "middleware/types.h"
 #include "npapi/export.h"
 #include "npapi/npapi.h"
+#include "style/video_placement.h"
 
 // One per embedded video/broadcast object. The common head holds the script
 // object (null once the browser deallocated it), the middleware broadcast
@@ -16,10 +17,7 @@
 // listener list, which also holds the listeners set through the event
 // properties.
 struct BroadcastRecord : ObjectRecord {
-  int16_t clipLeft, clipTop, clipRight, clipBottom;  // visible rectangle on screen
-  int16_t screenX, screenY;  // position last sent to the middleware
-  int16_t paintX, paintY;    // the position scaled to the browser window
-  uint16_t width, height;    // size last sent to the middleware
+  VideoPlacement place;      // where the video goes
   uint32_t playState;        // last state reported by the middleware; gates painting
   uint32_t nextStreamEventKind;  // listener kind of the next stream-event registration
   NPObject* styleObject;         // the element's style object (one reference, ours)
