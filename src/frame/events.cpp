@@ -12,6 +12,9 @@ namespace {
 
 std::atomic<PendingEvent*> g_pending{nullptr};
 std::atomic<NPP> g_post_instance{nullptr};
+// Browser's thread: the lists of handed-out kinds that receive events.
+constexpr int kMaxWatchedLists = 4;
+RecordList* g_watched[kMaxWatchedLists];
 
 void Release(PendingEvent* ev) {
   for (MwHandle& h : ev->owned) {
@@ -45,7 +48,8 @@ void Drain(void*) {
     PendingEvent* ev = ordered;
     ordered = ev->next;
     ObjectRecord* head = ev->list->head();
-    ev->deliver(head && head->handle == ev->target ? head : nullptr, ev);
+    bool found = head && head->handle == ev->target && !head->orphaned;
+    ev->deliver(found ? head : nullptr, ev);
     Release(ev);
     NPN_MemFree(ev);
   }
@@ -149,7 +153,20 @@ void EventsInstanceCreated(NPP instance) {
     AskForDrain();
 }
 
+void EventsWatchHandedOutList(RecordList* list) {
+  for (RecordList*& slot : g_watched) {
+    if (slot == list) return;
+    if (!slot) {
+      slot = list;
+      return;
+    }
+  }
+}
+
 void EventsInstanceDestroyed(NPP instance, NPP next) {
+  for (RecordList* list : g_watched)
+    for (ObjectRecord* r = list ? list->head() : nullptr; r; r = r->next)
+      if (r->instance == instance) r->orphaned = true;
   NPP expected = instance;
   if (!g_post_instance.compare_exchange_strong(expected, next)) return;
   // Calls already asked of the instance that goes may never run.

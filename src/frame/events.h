@@ -80,5 +80,9 @@ void NP_UtilsReleaseArguments(NPVariant* args, uint32_t count);
 // left the waiting events are dropped at once.
 void EventsInstanceCreated(NPP instance);
 void EventsInstanceDestroyed(NPP instance, NPP next);
+// A kind whose objects are handed out by a page instance and receive events
+// names its list here: when that instance goes, its objects there receive
+// no more events (the page's script may still hold them).
+void EventsWatchHandedOutList(RecordList* list);
 
 #endif

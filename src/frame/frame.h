@@ -209,6 +209,7 @@ struct HandedOutKind : KindDefaults<K, R> {
     if (!r) return;
     if (r->handle) MwObjectRelease(r->handle);
     K::List().Remove(r);
+    NP_UtilsFreeAllEventListeners(r);
     r->object = nullptr;
     FrameFreeRecord(r);
   }

@@ -50,6 +50,7 @@ struct ObjectRecord {
   RecordList* list;          // the list the record is on; null when on none
   uint32_t deliveries;       // event deliveries running on the record
   bool gone;                 // destroyed during a delivery: freed when it ends
+  bool orphaned;             // its page instance went: it receives no events
 };
 
 class RecordList {

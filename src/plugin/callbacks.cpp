@@ -2,6 +2,7 @@
 #include "appmgr/application_manager.h"
 #include "avcontrol/avcontrol.h"
 #include "broadcast/broadcast.h"
+#include "config/local_system.h"
 #include "drm/drm_agent.h"
 #include "plugin/entry.h"
 
@@ -27,8 +28,8 @@ extern const MwEventCallbacks g_plugin_callbacks = {
     Broadcast_onPlaySpeedChanged,
     Broadcast_onPlayPositionChanged,
     Broadcast_onDRMRightsError,
-    nullptr,  // LocalSystem_onPvrStatusChange
-    nullptr,  // NetworkInterface_onNetworkStatusChange
+    LocalSystem_onPvrStatusChange,
+    NetworkInterface_onNetworkStatusChange,
     DrmAgent_onDRMMessageResult,
     DrmAgent_onDRMSystemMessage,
 };

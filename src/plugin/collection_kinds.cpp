@@ -8,6 +8,7 @@ extern const CollectionItemKind kComponentItems;
 extern const CollectionItemKind kRatingItems;
 extern const CollectionItemKind kRatingSchemeItems;
 extern const CollectionItemKind kRecordingItems;
+extern const CollectionItemKind kNetworkInterfaceItems;
 extern const CollectionItemKind kSearchResultItems;
 
 const CollectionItemKind* const g_collection_item_kinds[kCollectionKindCount] = {
@@ -18,7 +19,7 @@ const CollectionItemKind* const g_collection_item_kinds[kCollectionKindCount] = 
     &kRatingItems,        // 4
     &kRatingSchemeItems,  // 5 rating schemes (their objects join with their kind)
     &kRecordingItems,     // 6
-    nullptr,              // 7 network interfaces (their objects join with their kind)
+    &kNetworkInterfaceItems,  // 7
     nullptr,              // 8 media assets (counted only)
     &kSearchResultItems,  // 9 search results (counted only)
 };

@@ -2,6 +2,8 @@
 
 extern const InstanceKind kAitKind;
 extern const InstanceKind kApplicationManagerKind;
+extern const InstanceKind kConfigurationKind;
+extern const InstanceKind kCapabilitiesKind;
 extern const InstanceKind kBroadcastKind;
 extern const InstanceKind kVideoMpegKind;
 extern const InstanceKind kVideoMp4Kind;
@@ -13,12 +15,14 @@ extern const InstanceKind kDrmAgentKind;
 const InstanceKind* const g_instance_kinds[] = {
     &kAitKind,
     &kApplicationManagerKind,
+    &kConfigurationKind,
     &kBroadcastKind,
     &kVideoMpegKind,
     &kVideoMp4Kind,
     &kVideoMpeg4Kind,
     &kAudioMpegKind,
     &kAudioMp4Kind,
+    &kCapabilitiesKind,
     &kDrmAgentKind,
     nullptr,
 };

@@ -1,0 +1,155 @@
+#include "config/configuration.h"
+
+#include "config/local_system.h"
+#include "frame/frame.h"
+#include "frame/instance_kind.h"
+#include "middleware/config.h"
+#include "utils/convert.h"
+
+NPObject* conf_np_obj = nullptr;
+
+namespace {
+
+RecordList g_configurations;
+MwHandle g_preferences = 0;  // of the current Configuration object
+
+// ---- the Configuration object: user preferences ---------------------------------
+
+enum Preference {
+  kAudioLanguage,
+  kSubtitleLanguage,
+  kUILanguage,
+  kCountryId,
+  kPostcode,
+  kSpeechDescription,
+  kVoiceControl,
+  kTerminalMode,
+};
+const char* const kPreferenceNames[] = {
+    "preferredAudioLanguage", "preferredSubtitleLanguage", "preferredUILanguage", "countryId",
+    "postcode", "speechDescriptionEnabled", "voiceControlEnabled", "terminalMode",
+};
+
+// 1 true, 0 false, anything else: undefined (a setting the receiver lacks).
+bool TriState(int32_t value, NPVariant* result) {
+  if (value == 0 || value == 1) SetBool(result, value == 1);
+  return true;
+}
+
+bool Text(MwHandle text, NPVariant* result) {
+  NP_UtilsHbbtvStringToResult(text, result);
+  return true;
+}
+
+struct Configuration : KindDefaults<Configuration> {
+  ORV_PROPERTY_TABLE(kPreferenceNames)
+
+  // The preferences go with the current object: a later read through an
+  // older object finds none rather than a released handle.
+  static void Deallocate(NPObject* object) {
+    if (object != conf_np_obj) return;
+    if (g_preferences) MwObjectRelease(g_preferences);
+    g_preferences = 0;
+    conf_np_obj = nullptr;
+  }
+
+  // Every Configuration object answers from the current preferences.
+  static bool GetProperty(NPObject*, NPIdentifier id, NPVariant* result) {
+    MwHandle p = g_preferences;
+    switch (Properties().Find(id)) {
+      case kAudioLanguage: return Text(MwConfigGetPreferredAudioLanguage(p), result);
+      case kSubtitleLanguage: return Text(MwConfigGetPreferredSubtitleLanguage(p), result);
+      case kUILanguage: return Text(MwConfigGetPreferredUILanguage(p), result);
+      case kCountryId: return Text(MwConfigGetCountryId(p), result);
+      case kPostcode: {
+        MwHandle postcode = MwConfigGetPostcode(p);
+        return postcode && Text(postcode, result);  // none: the read fails
+      }
+      case kSpeechDescription: return TriState(MwConfigGetSpeechDescriptionEnabled(p), result);
+      case kVoiceControl: return TriState(MwConfigGetVoiceControlEnabled(p), result);
+      case kTerminalMode: SetInt(result, MwConfigGetTerminalMode(p)); return true;
+      default: return false;
+    }
+  }
+};
+
+// ---- the configuration element ----------------------------------------------
+
+enum Property { kConfiguration, kLocalSystem };
+const char* const kPropertyNames[] = {"configuration", "localSystem"};
+
+struct OipfConfiguration : InstanceKindBase<OipfConfiguration, OipfConfigurationRecord> {
+  ORV_PROPERTY_TABLE(kPropertyNames)
+  static RecordList& List() { return g_configurations; }
+
+  // The middleware's configuration goes with the object; the record stays
+  // until the instance goes.
+  static void Deallocate(NPObject* object) {
+    OipfConfigurationRecord* r = Find(object);
+    if (!r) return;
+    if (r->handle) {
+      MwObjectRelease(r->handle);
+      g_configurations.SetHandle(r, 0);
+    }
+    r->object = nullptr;
+  }
+
+  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
+    OipfConfigurationRecord* r = Find(object);
+    if (!r) return false;
+    switch (Properties().Find(id)) {
+      case kConfiguration: {
+        if (!r->handle) return false;
+        NPObject* configuration = ConfigurationCreate(r->instance, r->handle);
+        SetObjectOrNull(result, configuration);
+        return configuration != nullptr;
+      }
+      case kLocalSystem: {
+        MwHandle local = MwConfigGetLocalSystem(r->handle);  // asked even of no configuration
+        if (!local) {
+          SetNull(result);
+          return false;
+        }
+        SetObjectOrNull(result, LocalSystemCreate(r->instance, local));
+        return true;
+      }
+      default:
+        return false;
+    }
+  }
+};
+
+ObjectRecord* CreateInstance(NPP instance, const ElementAttributes&) { return OipfConfigurationCreate(instance); }
+void DestroyConfiguration(ObjectRecord* r) { OipfConfigurationDestroy(static_cast<OipfConfigurationRecord*>(r)); }
+
+}  // namespace
+
+extern const InstanceKind kConfigurationKind = {
+    "application/oipfconfiguration", kKindConfiguration, CreateInstance, DestroyConfiguration,
+    nullptr, nullptr, false, false, nullptr, nullptr, &g_configurations,
+};
+
+OipfConfigurationRecord* OipfConfigurationCreate(NPP instance) {
+  OipfConfigurationRecord* r = NewInstance<OipfConfiguration>(instance, kKindConfiguration);
+  if (!r) return nullptr;
+  r->handle = MwConfigurationOpen(r->object);
+  g_configurations.Add(r);
+  return r;
+}
+
+// A record that is not on the list is left as it is.
+void OipfConfigurationDestroy(OipfConfigurationRecord* r) { DestroyInstance(g_configurations, r); }
+
+NPObject* ConfigurationCreate(NPP instance, MwHandle configuration) {
+  Configuration::Properties().Intern();
+  NPObject* object = NPN_CreateObject(instance, ScriptClass<Configuration>::Class());
+  if (!object) return nullptr;
+  // The new object's preferences replace the current ones.
+  MwHandle previous = g_preferences;
+  conf_np_obj = object;
+  g_preferences = MwConfigGetPreferences(configuration);
+  if (previous) MwObjectRelease(previous);
+  return object;
+}
+
+NPClass* ConfigurationGetClass(void) { return ScriptClass<Configuration>::Class(); }

@@ -1,0 +1,69 @@
+// Network interface objects, the items of the local system's
+// networkInterfaces collection.
+#include "collection/collection_item.h"
+#include "config/local_system.h"
+#include "config/status_object.h"
+#include "middleware/config.h"
+#include "utils/convert.h"
+
+namespace {
+
+RecordList g_interfaces;
+
+constexpr uint32_t kNetworkStatusChange = 4;
+
+enum Property { kIpAddress, kMacAddress, kConnected, kEnabled, kOnNetworkStatusChange };
+const char* const kPropertyNames[] = {"ipAddress", "macAddress", "connected", "enabled",
+                                      "onNetworkStatusChange"};
+const EventProperty kEvents[] = {{"onNetworkStatusChange", kNetworkStatusChange}};
+const EventTable kEventTable = ORV_EVENT_TABLE(kEvents);
+
+struct NetworkInterface : HandedOutKind<NetworkInterface> {
+  ORV_PROPERTY_TABLE(kPropertyNames)
+  ORV_METHOD_TABLE(kStatusMethodNames)
+  static RecordList& List() { return g_interfaces; }
+
+  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
+    ObjectRecord* r = Find(object);
+    if (!r) return true;  // no record: an empty read that succeeds
+    MwHandle h = r->handle;
+    switch (Properties().Find(id)) {
+      case kIpAddress: NP_UtilsHbbtvStringToResult(MwNetworkInterfaceGetIpAddress(h), result); return true;
+      case kMacAddress: NP_UtilsHbbtvStringToResult(MwNetworkInterfaceGetMacAddress(h), result); return true;
+      case kConnected: SetBool(result, MwNetworkInterfaceIsConnected(h) != 0); return true;
+      case kEnabled: SetBool(result, MwNetworkInterfaceIsEnabled(h) != 0); return true;
+      case kOnNetworkStatusChange: return ReadStatusListener(r, result);
+      default: return false;
+    }
+  }
+
+  // Only the listener property can be written; the interface's state is the receiver's.
+  static bool SetProperty(NPObject* object, NPIdentifier id, const NPVariant* value) {
+    ObjectRecord* r = Find(object);
+    if (!r || Properties().Find(id) != kOnNetworkStatusChange) return false;
+    WriteListenerSlot(r, kEventTable, 0, value);
+    return true;
+  }
+
+  static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
+                     NPVariant*) {
+    ObjectRecord* r = Find(object);
+    return r && InvokeStatusMethod(r, kEventTable, Methods().Find(id), args, count);
+  }
+};
+
+}  // namespace
+
+NPObject* NetworkInterfaceCreate(NPP instance, MwHandle networkInterface) {
+  if (!browser_funcs) return nullptr;
+  EventsWatchHandedOutList(&g_interfaces);
+  return NewHandedOut<NetworkInterface>(instance, networkInterface, kLeaveOnFailure);
+}
+
+MwHandle NetworkInterfaceGetHandle(NPObject* object) { return HandleOf<NetworkInterface>(object); }
+
+void NetworkInterface_onNetworkStatusChange(MwHandle networkInterface, int32_t status) {
+  PostStatus(g_interfaces, networkInterface, kNetworkStatusChange, status);
+}
+
+extern const CollectionItemKind kNetworkInterfaceItems = {NetworkInterfaceCreate, false, nullptr, 0};
