@@ -31,10 +31,14 @@ struct CapabilitiesObject : sim::Object {
 // The receiver's preferences and local system: persistent, made on first use.
 MwHandle g_preferences = 0;
 MwHandle g_local_system = 0;
+bool g_timeline_started = false;
 sim::ResetHook g_reset([] {
   g_preferences = 0;
   g_local_system = 0;
+  g_timeline_started = false;
 });
+
+void StartTimeline();
 
 template <class T>
 MwHandle Singleton(MwHandle* handle) {
@@ -93,11 +97,42 @@ void RaiseNetworkStatusChange(MwHandle networkInterface, int32_t status, bool on
 
 }  // namespace sim
 
+namespace {
+
+void StartTimeline() {
+  std::vector<sim::TimelineStep> steps;
+  {
+    Lock lock(sim::Mutex());
+    if (g_timeline_started) return;
+    g_timeline_started = true;
+    steps = sim::Rx().timeline;
+  }
+  for (const sim::TimelineStep& step : steps) {
+    sim::OnSimThread(
+        [step] {
+          if (step.pvr_status >= 0) sim::RaisePvrStatusChange(step.pvr_status);
+          if (step.network_interface < 0) return;
+          MwHandle n = 0;
+          {
+            Lock lock(sim::Mutex());
+            const std::vector<MwHandle>& all = sim::Rx().network_interfaces;
+            if (static_cast<size_t>(step.network_interface) < all.size()) n = all[static_cast<size_t>(step.network_interface)];
+          }
+          if (n) sim::RaiseNetworkStatusChange(n, step.connected ? 1 : 0);
+        },
+        step.at_ms);
+  }
+}
+
+}  // namespace
+
 extern "C" {
 
 // ---- configuration ----
+// The first configuration a page opens starts the receiver's timeline.
 MwHandle MwConfigurationOpen(void* context) {
   SIM_CALL(MwHandle, context);
+  StartTimeline();
   return sim::Register(std::make_shared<ConfigurationObject>(), false);
 }
 
@@ -184,9 +219,18 @@ MwHandle MwLocalSystemGetHardwareVersion(MwHandle localSystem) {
   return RxString<LocalSystemObject>(localSystem, &Receiver::hardware_version);
 }
 
+// The identity's profile, or else the name the capabilities give their ui_profile.
 MwHandle MwLocalSystemGetOipfProfile(MwHandle localSystem) {
   SIM_CALL(MwHandle, localSystem);
-  return RxString<LocalSystemObject>(localSystem, &Receiver::oipf_profile);
+  if (!sim::Find<LocalSystemObject>(localSystem)) return 0;
+  Lock lock(sim::Mutex());
+  const Receiver& rx = sim::Rx();
+  std::string profile = rx.oipf_profile;
+  if (profile.empty()) {
+    profile = rx.capabilities.ui_profile;
+    for (const std::string& e : rx.capabilities.extensions) profile += e;
+  }
+  return sim::NewStringHandle(profile);
 }
 
 int32_t MwLocalSystemGetPvrEnabled(MwHandle localSystem) {
@@ -236,7 +280,9 @@ MwHandle MwCapabilitiesOpen(void* context) {
 
 MwHandle MwCapabilitiesGetXml(MwHandle capabilities) {
   SIM_CALL(MwHandle, capabilities);
-  return RxString<CapabilitiesObject>(capabilities, &Receiver::capabilities_xml);
+  if (!sim::Find<CapabilitiesObject>(capabilities)) return 0;
+  Lock lock(sim::Mutex());
+  return sim::NewStringHandle(sim::CapabilitiesXml(sim::Rx().capabilities));
 }
 
 int32_t MwCapabilitiesGetExtraSDVideoDecodes(MwHandle capabilities) {
@@ -254,9 +300,7 @@ int32_t MwCapabilitiesHasCapability(MwHandle capabilities, const MwString* profi
   if (!sim::Find<CapabilitiesObject>(capabilities) || !profileName) return 0;
   std::string wanted = sim::Text(profileName);
   Lock lock(sim::Mutex());
-  for (const std::string& p : sim::Rx().profiles)
-    if (p == wanted) return 1;
-  return 0;
+  return sim::HasCapability(sim::Rx().capabilities, wanted) ? 1 : 0;
 }
 
 }  // extern "C"

@@ -65,6 +65,28 @@ MediaSpec Media(const json& j, const MediaSpec& fallback) {
   return m;
 }
 
+// "capabilities": {uiProfile, extensions ["+PVR", ...], broadcast [URN...],
+// media [{name, type, transport}], drm [{systemId, protectionGateways}],
+// extraSDVideoDecodes, extraHDVideoDecodes}.
+void Capabilities(const json& j, Receiver& rx) {
+  CapabilitySpec& c = rx.capabilities;
+  c.ui_profile = Str(j, "uiProfile", c.ui_profile);
+  if (j.contains("extensions")) c.extensions = Strings(j, "extensions");
+  for (std::string& e : c.extensions)
+    if (e.empty() || e[0] != '+') e = "+" + e;
+  if (j.contains("broadcast")) c.broadcast = Strings(j, "broadcast");
+  if (j.contains("media")) {
+    c.media.clear();
+    for (const json& m : j.at("media")) c.media.push_back({Str(m, "name"), Str(m, "type"), Str(m, "transport")});
+  }
+  if (j.contains("drm")) {
+    c.drm.clear();
+    for (const json& d : j.at("drm")) c.drm.push_back({Str(d, "systemId"), Str(d, "protectionGateways")});
+  }
+  rx.extra_sd_decodes = Int(j, "extraSDVideoDecodes", rx.extra_sd_decodes);
+  rx.extra_hd_decodes = Int(j, "extraHDVideoDecodes", rx.extra_hd_decodes);
+}
+
 MwHandle Rating(const json& j) {
   auto r = std::make_shared<RatingObject>();
   if (j.is_number()) {
@@ -216,6 +238,28 @@ void Apply(const json& d, Receiver& rx) {
     rx.ui_language = Str(p, "uiLanguage", rx.ui_language);
     rx.country_id = Str(p, "countryId", rx.country_id);
     rx.postcode = Str(p, "postcode", rx.postcode);
+    rx.speech_description = Int(p, "speechDescription", rx.speech_description);
+    rx.voice_control = Int(p, "voiceControl", rx.voice_control);
+    rx.terminal_mode = Int(p, "terminalMode", rx.terminal_mode);
+  }
+  if (d.contains("pvr")) {
+    const json& p = d.at("pvr");
+    rx.pvr_enabled = Int(p, "enabled", rx.pvr_enabled);
+    rx.pvr_status = Int(p, "status", rx.pvr_status);
+  }
+  if (d.contains("capabilities")) Capabilities(d.at("capabilities"), rx);
+  if (d.contains("timeline")) {
+    rx.timeline.clear();
+    for (const json& t : d.at("timeline")) {
+      TimelineStep step;
+      step.at_ms = Int(t, "at");
+      step.network_interface = Int(t, "networkInterface", -1);
+      step.connected = Int(t, "connected", 1);
+      step.pvr_status = Int(t, "pvrStatus", -1);
+      if (step.network_interface < 0 && step.pvr_status < 0)
+        throw std::runtime_error("a timeline step names a networkInterface or a pvrStatus");
+      rx.timeline.push_back(step);
+    }
   }
   if (d.contains("networkInterfaces")) {
     rx.network_interfaces.clear();

@@ -73,6 +73,34 @@ Receiver& Rx() {
   return *rx;
 }
 
+std::string CapabilitiesXml(const CapabilitySpec& c) {
+  std::string name = c.ui_profile;
+  for (const std::string& e : c.extensions) name += e;
+  std::string xml = "<profilelist>\n  <ui_profile name=\"" + name + "\"/>\n";
+  for (const CapabilitySpec::Media& m : c.media) {
+    bool video = m.type.compare(0, 6, "video/") == 0;
+    xml += std::string("  <") + (video ? "video_profile" : "audio_profile") + " name=\"" + m.name +
+           "\" type=\"" + m.type + "\"";
+    if (!m.transport.empty()) xml += " transport=\"" + m.transport + "\"";
+    xml += "/>\n";
+  }
+  for (const std::string& b : c.broadcast) xml += "  <broadcast>" + b + "</broadcast>\n";
+  for (const CapabilitySpec::Drm& d : c.drm)
+    xml += "  <drm DRMSystemID=\"" + d.system_id + "\" protectionGateways=\"" + d.protection_gateways +
+           "\"/>\n";
+  return xml + "</profilelist>\n";
+}
+
+bool HasCapability(const CapabilitySpec& c, const std::string& name) {
+  if (name.empty()) return false;
+  std::string full = c.ui_profile;
+  for (const std::string& e : c.extensions) {
+    full += e;
+    if (name == e || "+" + name == e) return true;
+  }
+  return name == c.ui_profile || name == full;
+}
+
 MediaSpec MediaAt(const std::string& url) {
   std::lock_guard<std::recursive_mutex> lock(Mutex());
   const Receiver& rx = Rx();
@@ -156,7 +184,7 @@ void LoadDefaultReceiver() {
   rx.model_name = "ORV-1";
   rx.software_version = "1.0.0";
   rx.hardware_version = "sim";
-  rx.oipf_profile = "OITF_HD_UIPROF+DVB_T+TRICKMODE";
+  rx.oipf_profile = "";  // the capabilities' ui_profile name
   auto eth = std::make_shared<NetworkInterfaceObject>();
   eth->ip_address = "192.0.2.10";
   eth->mac_address = "02:00:00:00:00:01";
@@ -167,10 +195,13 @@ void LoadDefaultReceiver() {
   rx.ui_language = "eng";
   rx.country_id = "GBR";
   rx.postcode = "";
-  rx.capabilities_xml =
-      "<profilelist><ui_profile name=\"OITF_HD_UIPROF+DVB_T+TRICKMODE\"/>"
-      "<broadcast>urn:dvb:broadcast:ird:video:25_Hz_H.264_AVC_HDTV_IRD</broadcast></profilelist>";
-  rx.profiles = {"OITF_HD_UIPROF", "DVB_T", "TRICKMODE"};
+  rx.capabilities.extensions = {"+DVB_T", "+TRICKMODE", "+PVR", "+DRM"};
+  rx.capabilities.broadcast = {"urn:dvb:broadcast:ird:video:25_Hz_H.264_AVC_HDTV_IRD",
+                               "urn:dvb:broadcast:ird:audio:MPEG-1_AUDIO_LAYER_II"};
+  rx.capabilities.media = {{"MP4_AVC_HD_25_HEAAC", "video/mp4", "dash"},
+                           {"MPEG1_L3", "audio/mpeg", ""},
+                           {"HEAAC", "audio/mp4", ""}};
+  rx.capabilities.drm = {{"urn:dvb:casystemid:19188", "mp4"}};
   rx.key_groups = 0x1f | 0x20 | 0x40 | 0x80 | 0x100;  // no ALPHA, no OTHER
   rx.other_keys = {0x1CD, 0x1CE};
 }

@@ -80,6 +80,31 @@ struct MediaSpec {
   int32_t error = 4;             // the player's error number for unplayable media
 };
 
+// What the receiver can do; the capability description XML and
+// hasCapability() are both made from it.
+struct CapabilitySpec {
+  std::string ui_profile = "OITF_HD_UIPROF";
+  std::vector<std::string> extensions;  // "+DVB_T", "+TRICKMODE", "+PVR", "+DL", "+DRM", ...
+  std::vector<std::string> broadcast;   // broadcast formats (URNs)
+  struct Media {
+    std::string name, type, transport;  // a video_profile (type video/...) or audio_profile
+  };
+  std::vector<Media> media;
+  struct Drm {
+    std::string system_id, protection_gateways;
+  };
+  std::vector<Drm> drm;
+};
+
+// A change the receiver makes on its own, some time after a page opened
+// its configuration: an interface (dis)connects or the PVR status changes.
+struct TimelineStep {
+  int32_t at_ms = 0;
+  int32_t network_interface = -1;  // index, or -1
+  int32_t connected = 1;
+  int32_t pvr_status = -1;         // or -1
+};
+
 struct NetworkInterfaceObject : Object {
   std::string ip_address, mac_address;
   int32_t connected = 1, enabled = 1;
@@ -100,9 +125,9 @@ struct Receiver {
   std::string audio_language, subtitle_language, ui_language, country_id, postcode;
   int32_t speech_description = 0, voice_control = 2, terminal_mode = 0;
   // capabilities
-  std::string capabilities_xml;
+  CapabilitySpec capabilities;
   int32_t extra_sd_decodes = 1, extra_hd_decodes = 0;
-  std::vector<std::string> profiles;
+  std::vector<TimelineStep> timeline;
   // applications
   int32_t key_groups = 0x7ff;          // groups the simulated remote has
   std::vector<int32_t> other_keys;     // further key codes
@@ -117,6 +142,10 @@ struct Receiver {
 Receiver& Rx();
 // Replaces the receiver's data with the built-in default receiver.
 void LoadDefaultReceiver();
+// The capability description XML, and whether a profile name is supported
+// ("OITF_HD_UIPROF", "+PVR", "PVR", or a ui_profile name it covers).
+std::string CapabilitiesXml(const CapabilitySpec& c);
+bool HasCapability(const CapabilitySpec& c, const std::string& name);
 // The medium at `url`: the description's, or the default clip.
 MediaSpec MediaAt(const std::string& url);
 // The channel the receiver presents (0 when it has none).
