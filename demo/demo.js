@@ -1,7 +1,8 @@
 // The Orvane demo: an HbbTV application that takes its keys through the
 // keyset, binds to the broadcast, shows the channel with its now and next
 // programmes, changes channel with the arrow and number keys, lists the
-// channels, shows stream events, plays a catch-up clip in place of the
+// channels, shows the receiver and the viewer's language, shows stream
+// events, plays a catch-up clip in place of the
 // broadcast (GREEN; BACK returns) and logs every event it receives.
 var demo = (function () {
   var video = null;
@@ -172,8 +173,23 @@ var demo = (function () {
     e.preventDefault();
   }
 
+  // The receiver's identity and the viewer's language, in a corner.
+  function showReceiver() {
+    try {
+      var config = $('config');
+      var local = config.localSystem;
+      var language = config.configuration.preferredAudioLanguage;
+      $('receiver').innerHTML = local.vendorName + ' ' + local.modelName + ' (' + local.deviceID + ')' +
+          ' &middot; language ' + language;
+      log('receiver ' + local.modelName + ', language ' + language);
+    } catch (e) {
+      log('no configuration: ' + e);
+    }
+  }
+
   function init() {
     video = $('video');
+    showReceiver();
     try {
       app = $('appmgr').getOwnerApplication(document);
       var keyset = app.privateData.keyset;
