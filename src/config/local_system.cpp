@@ -48,9 +48,10 @@ bool Interfaces(ObjectRecord* r, NPVariant* result) {
   return collection != nullptr;
 }
 
-struct LocalSystem : HandedOutKind<LocalSystem> {
+struct LocalSystem : StatusKind<LocalSystem> {
   ORV_PROPERTY_TABLE(kPropertyNames)
-  ORV_METHOD_TABLE(kStatusMethodNames)
+  static constexpr int kListenerProperty = kOnPvrStatusChange;
+  static const EventTable& Events() { return kEventTable; }
   static RecordList& List() { return g_local_systems; }
 
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
@@ -75,19 +76,6 @@ struct LocalSystem : HandedOutKind<LocalSystem> {
       case kOnPvrStatusChange: return ReadStatusListener(r, result);
       default: return false;
     }
-  }
-
-  static bool SetProperty(NPObject* object, NPIdentifier id, const NPVariant* value) {
-    ObjectRecord* r = Find(object);
-    if (!r || Properties().Find(id) != kOnPvrStatusChange) return false;
-    WriteListenerSlot(r, kEventTable, 0, value);
-    return true;
-  }
-
-  static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
-                     NPVariant*) {
-    ObjectRecord* r = Find(object);
-    return r && InvokeStatusMethod(r, kEventTable, Methods().Find(id), args, count);
   }
 };
 

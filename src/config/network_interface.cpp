@@ -18,9 +18,11 @@ const char* const kPropertyNames[] = {"ipAddress", "macAddress", "connected", "e
 const EventProperty kEvents[] = {{"onNetworkStatusChange", kNetworkStatusChange}};
 const EventTable kEventTable = ORV_EVENT_TABLE(kEvents);
 
-struct NetworkInterface : HandedOutKind<NetworkInterface> {
+// Only the listener property can be written; the interface's state is the receiver's.
+struct NetworkInterface : StatusKind<NetworkInterface> {
   ORV_PROPERTY_TABLE(kPropertyNames)
-  ORV_METHOD_TABLE(kStatusMethodNames)
+  static constexpr int kListenerProperty = kOnNetworkStatusChange;
+  static const EventTable& Events() { return kEventTable; }
   static RecordList& List() { return g_interfaces; }
 
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
@@ -35,20 +37,6 @@ struct NetworkInterface : HandedOutKind<NetworkInterface> {
       case kOnNetworkStatusChange: return ReadStatusListener(r, result);
       default: return false;
     }
-  }
-
-  // Only the listener property can be written; the interface's state is the receiver's.
-  static bool SetProperty(NPObject* object, NPIdentifier id, const NPVariant* value) {
-    ObjectRecord* r = Find(object);
-    if (!r || Properties().Find(id) != kOnNetworkStatusChange) return false;
-    WriteListenerSlot(r, kEventTable, 0, value);
-    return true;
-  }
-
-  static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
-                     NPVariant*) {
-    ObjectRecord* r = Find(object);
-    return r && InvokeStatusMethod(r, kEventTable, Methods().Find(id), args, count);
   }
 };
 

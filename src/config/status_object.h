@@ -21,4 +21,25 @@ void PostStatus(RecordList& list, MwHandle handle, uint32_t event, int32_t statu
 enum StatusMethod { kAddEventListener, kRemoveEventListener };
 extern const char* const kStatusMethodNames[2];
 
+// A handed-out kind with one status event: K states its properties, its
+// listener property's index (kListenerProperty) and its event table
+// (Events()); writes of other properties fail.
+template <class K>
+struct StatusKind : HandedOutKind<K> {
+  ORV_METHOD_TABLE(kStatusMethodNames)
+
+  static bool SetProperty(NPObject* object, NPIdentifier id, const NPVariant* value) {
+    ObjectRecord* r = K::Find(object);
+    if (!r || K::Properties().Find(id) != K::kListenerProperty) return false;
+    WriteListenerSlot(r, K::Events(), 0, value);
+    return true;
+  }
+
+  static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
+                     NPVariant*) {
+    ObjectRecord* r = K::Find(object);
+    return r && InvokeStatusMethod(r, K::Events(), K::Methods().Find(id), args, count);
+  }
+};
+
 #endif
