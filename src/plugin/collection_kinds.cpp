@@ -17,7 +17,7 @@ const CollectionItemKind* const g_collection_item_kinds[kCollectionKindCount] = 
     &kProgrammeItems,     // 2
     &kComponentItems,     // 3
     &kRatingItems,        // 4
-    &kRatingSchemeItems,  // 5 rating schemes (their objects join with their kind)
+    &kRatingSchemeItems,  // 5
     &kRecordingItems,     // 6
     &kNetworkInterfaceItems,  // 7
     nullptr,              // 8 media assets (counted only)

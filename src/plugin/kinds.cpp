@@ -4,6 +4,8 @@ extern const InstanceKind kAitKind;
 extern const InstanceKind kApplicationManagerKind;
 extern const InstanceKind kConfigurationKind;
 extern const InstanceKind kCapabilitiesKind;
+extern const InstanceKind kParentalControlKind;
+extern const InstanceKind kRecordingSchedulerKind;
 extern const InstanceKind kBroadcastKind;
 extern const InstanceKind kVideoMpegKind;
 extern const InstanceKind kVideoMp4Kind;
@@ -17,12 +19,14 @@ const InstanceKind* const g_instance_kinds[] = {
     &kApplicationManagerKind,
     &kConfigurationKind,
     &kBroadcastKind,
+    &kParentalControlKind,
     &kVideoMpegKind,
     &kVideoMp4Kind,
     &kVideoMpeg4Kind,
     &kAudioMpegKind,
     &kAudioMp4Kind,
     &kCapabilitiesKind,
+    &kRecordingSchedulerKind,
     &kDrmAgentKind,
     nullptr,
 };

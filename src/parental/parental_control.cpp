@@ -1,0 +1,61 @@
+#include "parental/parental_control.h"
+
+#include "collection/collection.h"
+#include "frame/frame.h"
+#include "frame/instance_kind.h"
+#include "middleware/parental.h"
+
+namespace {
+
+RecordList g_managers;
+
+const char* const kPropertyNames[] = {"parentalRatingSchemes"};
+
+struct ParentalControl : InstanceKindBase<ParentalControl, ParentalControlRecord> {
+  static constexpr bool kStubResult = false;
+  ORV_PROPERTY_TABLE(kPropertyNames)
+  static RecordList& List() { return g_managers; }
+
+  // The middleware's parental control goes with the object.
+  static void Deallocate(NPObject* object) {
+    ParentalControlRecord* r = Find(object);
+    if (!r) return;
+    if (r->handle) {
+      MwObjectRelease(r->handle);
+      g_managers.SetHandle(r, 0);
+    }
+    r->object = nullptr;
+  }
+
+  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
+    ParentalControlRecord* r = Find(object);
+    if (!r || !r->handle || Properties().Find(id) != 0) return false;
+    NPObject* schemes = CollectionCreate(r->instance, MwParentalGetRatingSchemes(r->handle),
+                                         kCollectionRatingSchemes);
+    SetObjectOrNull(result, schemes);
+    return schemes != nullptr;
+  }
+};
+
+ObjectRecord* CreateInstance(NPP instance, const ElementAttributes&) {
+  return OipfParentalControlManagerCreate(instance);
+}
+void DestroyManager(ObjectRecord* r) { OipfParentalControlManagerDestroy(static_cast<ParentalControlRecord*>(r)); }
+
+}  // namespace
+
+extern const InstanceKind kParentalControlKind = {
+    "application/oipfparentalcontrolmanager", kKindParentalControlManager, CreateInstance,
+    DestroyManager, nullptr, nullptr, false, false, nullptr, nullptr, &g_managers,
+};
+
+ParentalControlRecord* OipfParentalControlManagerCreate(NPP instance) {
+  ParentalControlRecord* r = NewInstance<ParentalControl>(instance, kKindParentalControlManager);
+  if (!r) return nullptr;
+  r->handle = MwParentalControlOpen();
+  g_managers.Add(r);
+  return r;
+}
+
+// A record that is not on the list stays allocated.
+void OipfParentalControlManagerDestroy(ParentalControlRecord* r) { DestroyInstance(g_managers, r); }
