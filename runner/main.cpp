@@ -64,6 +64,7 @@ int main(int argc, char** argv) {
   } else {
     runlog::Line("run", "receiver: built-in");
   }
+  if (options.clock_rate >= 0) sim::SetClockRate(options.clock_rate);
 
   QApplication app(argc, argv);
   Runner runner(options);

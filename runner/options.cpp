@@ -16,6 +16,7 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
   QCommandLineOption key_start("key-start", "Milliseconds after the page loaded before the first key (500).", "ms");
   QCommandLineOption key_interval("key-interval", "Milliseconds between keys (250).", "ms");
   QCommandLineOption screenshot({"s", "screenshot"}, "PNG file of the screen written when the run ends.", "file");
+  QCommandLineOption clock_rate("clock-rate", "Run the receiver's clock at this many seconds per second (0: it stands still).", "rate");
   QCommandLineOption timeout({"t", "timeout"}, "End the run after this many seconds (10; 0: never).", "seconds");
   QCommandLineOption stop_on("stop-on", "End the run when a console message contains this text (repeatable).", "text");
   QCommandLineOption result("result", "The page reports on the console a line beginning PASS, FAIL or SKIP; the run ends "
@@ -28,7 +29,7 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
                                     "handle releases and paint rectangles; the default) or none.", "which");
   QCommandLineOption plugin("plugin", "The plug-in library (default: libnporvane.so of this build).", "file");
   QCommandLineOption size("size", "Screen size WxH (1280x720).", "size");
-  p.addOptions({receiver, keys, key_start, key_interval, screenshot, timeout, stop_on, result, print_text, expect_text, calls, plugin, size});
+  p.addOptions({receiver, clock_rate, keys, key_start, key_interval, screenshot, timeout, stop_on, result, print_text, expect_text, calls, plugin, size});
   if (!p.parse(arguments)) {
     *error = p.errorText();
     return false;
@@ -54,6 +55,7 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
   number(key_start, 1, &o->key_start_ms);
   number(key_interval, 1, &o->key_interval_ms);
   number(timeout, 1000, &o->timeout_ms);
+  number(clock_rate, 1, &o->clock_rate);
   if (!ok) {
     *error = "a time option is not a non-negative number";
     return false;

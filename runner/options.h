@@ -14,6 +14,7 @@ struct Options {
   int key_interval_ms = 250;
   QString screenshot;      // PNG written when the run ends
   int timeout_ms = 10000;  // 0: no limit
+  int clock_rate = -1;     // receiver seconds per second; -1: as the receiver says
   QStringList stop_on;     // end the run when a console message contains one of these
   bool print_text = false;  // print the page's text when the run ends
   QStringList expect_text;  // texts the page must show when the run ends (else exit code 1)

@@ -31,8 +31,22 @@ struct BroadcastObject : sim::Object {
   sim::BroadcastState state;
   std::vector<Registration> registrations;
   std::map<int32_t, MwHandle> active;  // active component by type
+  MwHandle blocked = 0;  // the rating that blocks the presented programme, 0 when none
   const char* Type() const override { return "broadcast"; }
 };
+
+// The rating of the presented programme against the threshold of its
+// scheme: true when it reaches it (holds the lock).
+bool OverThreshold(MwHandle rating) {
+  auto r = sim::Find<sim::RatingObject>(rating);
+  if (!r) return false;
+  for (MwHandle s : sim::Rx().schemes) {
+    auto scheme = sim::Find<sim::SchemeObject>(s);
+    auto threshold = scheme ? sim::Find<sim::RatingObject>(scheme->threshold) : nullptr;
+    if (threshold && scheme->name == r->scheme) return r->value >= threshold->value;
+  }
+  return false;
+}
 
 std::vector<MwHandle> g_instances;  // made since Reset, oldest first
 uint64_t g_next_registration = 1;
@@ -95,6 +109,25 @@ void EmitPlayState(MwHandle h, int32_t state, int32_t error) {
   SIM_EMIT(Broadcast_onPlayStateChange, h, state, error);
 }
 
+// A presented programme over the viewer's threshold is blocked, with a
+// parental rating change carrying its rating; the next one under it
+// unblocks, with a change carrying the rating that blocked.
+void CheckRating(MwHandle h) {
+  auto b = Instance(h);
+  if (!b) return;
+  MwHandle rating, was;
+  {
+    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+    MwHandle current = sim::CurrentRating();
+    rating = OverThreshold(current) ? current : 0;
+    was = b->blocked;
+    b->blocked = rating;
+  }
+  if (!rating && !was) return;
+  SIM_EMIT(Broadcast_onParentalRatingChange, h, 0, rating ? rating : was,
+           sim::NewStringHandle("urn:dvb:casystemid:19188"), static_cast<uint8_t>(rating ? 1 : 0));
+}
+
 // The events a tuning raises: connecting, then the change succeeded (with a
 // new reference to the channel) and presenting, or the change failed.
 void ReportTuning(MwHandle h, MwHandle channel, bool known) {
@@ -110,7 +143,9 @@ void ReportTuning(MwHandle h, MwHandle channel, bool known) {
           return;
         }
         SIM_EMIT(Broadcast_onChannelChangeSucceeded, h, sim::Give(channel));
-        if (Instance(h)) EmitPlayState(h, 2, -1);
+        if (!Instance(h)) return;
+        EmitPlayState(h, 2, -1);
+        CheckRating(h);
       },
       kTuneDelayMs);
 }

@@ -1,5 +1,7 @@
 #include "sim/description.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 
@@ -246,6 +248,30 @@ void Apply(const json& d, Receiver& rx) {
     const json& p = d.at("pvr");
     rx.pvr_enabled = Int(p, "enabled", rx.pvr_enabled);
     rx.pvr_status = Int(p, "status", rx.pvr_status);
+    rx.tuners = Int(p, "tuners", rx.tuners);
+  }
+  if (d.contains("clock")) rx.clock_rate = Int(d.at("clock"), "rate", rx.clock_rate);
+  if (d.contains("ratingSchemes")) {
+    rx.schemes.clear();
+    for (const json& j : d.at("ratingSchemes")) {
+      auto scheme = std::make_shared<SchemeObject>();
+      scheme->name = Str(j, "name", "dvb-si");
+      scheme->values = Strings(j, "values");
+      scheme->icons = Strings(j, "icons");
+      if (j.contains("threshold")) {
+        std::string t = Str(j, "threshold");
+        auto r = std::make_shared<RatingObject>();
+        r->scheme = scheme->name;
+        r->name = t;
+        auto at = std::find(scheme->values.begin(), scheme->values.end(), t);
+        r->value = at != scheme->values.end() ? static_cast<int32_t>(at - scheme->values.begin())
+                                              : std::atoi(t.c_str());
+        if (scheme->name == "dvb-si") r->value = std::atoi(t.c_str());
+        r->region = "gb";
+        scheme->threshold = Register(r, true);
+      }
+      rx.schemes.push_back(Register(scheme, true));
+    }
   }
   if (d.contains("capabilities")) Capabilities(d.at("capabilities"), rx);
   if (d.contains("timeline")) {

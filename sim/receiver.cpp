@@ -1,5 +1,7 @@
 #include "sim/receiver.h"
 
+#include <chrono>
+
 #include <memory>
 
 namespace sim {
@@ -110,6 +112,33 @@ MediaSpec MediaAt(const std::string& url) {
   return m;
 }
 
+namespace {
+int64_t SteadyMs() {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(
+             std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+}  // namespace
+
+int32_t ReceiverNow() {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  const Receiver& rx = Rx();
+  return static_cast<int32_t>(rx.now + (SteadyMs() - rx.loaded_ms) * rx.clock_rate / 1000);
+}
+
+void SetClockRate(int32_t rate) {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  Receiver& rx = Rx();
+  rx.now = ReceiverNow();
+  rx.loaded_ms = SteadyMs();
+  rx.clock_rate = rate;
+}
+
+int64_t RealMsFor(int64_t seconds) {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  int32_t rate = Rx().clock_rate;
+  return rate > 0 ? seconds * 1000 / rate : -1;
+}
+
 MwHandle CurrentChannel() {
   std::lock_guard<std::recursive_mutex> lock(Mutex());
   Receiver& rx = Rx();
@@ -122,6 +151,7 @@ void LoadDefaultReceiver() {
   rx = Receiver();
   const int32_t now = 1795000000;  // a fixed clock, so that runs repeat
   rx.now = now;
+  rx.loaded_ms = SteadyMs();
   // Any URL plays as a one-minute clip with video, two audio languages and
   // subtitles; two named clips show the other cases.
   rx.default_media.components = {{0, "video/h264", ""}, {1, "audio/mp4", "eng"},

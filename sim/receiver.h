@@ -135,8 +135,13 @@ struct Receiver {
   // media by URL (a URL that is not here plays as `default_media`)
   std::map<std::string, MediaSpec> media;
   MediaSpec default_media;
-  // the receiver's clock, seconds since the epoch (fixed, so that runs repeat)
+  // the receiver's clock, seconds since the epoch, when the receiver was
+  // loaded; it stands still (so that runs repeat) unless `clock_rate` runs it
+  // at that many receiver seconds per real second
   int32_t now = 0;
+  int32_t clock_rate = 0;
+  int64_t loaded_ms = 0;  // steady clock when the receiver was loaded
+  int32_t tuners = 2;     // recordings that can run at once
 };
 
 Receiver& Rx();
@@ -148,6 +153,10 @@ std::string CapabilitiesXml(const CapabilitySpec& c);
 bool HasCapability(const CapabilitySpec& c, const std::string& name);
 // The medium at `url`: the description's, or the default clip.
 MediaSpec MediaAt(const std::string& url);
+// The receiver's clock now, in seconds; and how many real milliseconds
+// `seconds` of it take (-1 while it stands still).
+int32_t ReceiverNow();
+int64_t RealMsFor(int64_t seconds);
 // The channel the receiver presents (0 when it has none).
 MwHandle CurrentChannel();
 

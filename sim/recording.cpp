@@ -1,9 +1,11 @@
 // The simulated recording scheduler and its recordings.
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <string>
 
 #include "middleware/recording.h"
+#include "sim/broadcast_sim.h"
 #include "sim/channel_sim.h"
 #include "sim/core.h"
 #include "sim/fields.h"
@@ -14,7 +16,9 @@ namespace {
 
 using Lock = std::lock_guard<std::recursive_mutex>;
 
-const int32_t kScheduled = 0, kStarted = 1, kCompleted = 2;
+const int32_t kScheduled = 0, kStarted = 1, kCompleted = 2, kPartlyCompleted = 3, kError = 4;
+const int32_t kErrorTunerConflict = 1;  // the error a conflict reports
+const int32_t kDaySeconds = 24 * 3600;
 
 struct SchedulerObject : sim::Object {
   const char* Type() const override { return "recording-scheduler"; }
@@ -23,7 +27,7 @@ struct SchedulerObject : sim::Object {
 struct RecordingObject : sim::Object {
   std::string id, name, description;
   int32_t start_time = 0, duration = 0, repeat_days = 0, start_padding = 0, end_padding = 0;
-  int32_t state = kScheduled, recording_start_time = 0, recording_duration = 0;
+  int32_t state = kScheduled, recording_start_time = 0, recording_duration = 0, error = 0;
   MwHandle channel = 0;              // persistent, 0 when unknown
   MwHandle programme = 0;            // the programme recorded, 0 for a time slot
   std::vector<MwHandle> ratings;     // persistent
@@ -39,11 +43,96 @@ sim::ResetHook g_reset([] {
 
 // The state on the receiver's clock and what has been recorded so far (holds the lock).
 void StartOnClock(RecordingObject& r) {
-  int64_t now = sim::Rx().now, end = static_cast<int64_t>(r.start_time) + r.duration;
+  int64_t now = sim::ReceiverNow(), end = static_cast<int64_t>(r.start_time) + r.duration;
   if (now < r.start_time) return;
   r.state = now < end ? kStarted : kCompleted;
   r.recording_start_time = r.start_time;
   r.recording_duration = static_cast<int32_t>(std::min(now, end) - r.start_time);
+}
+
+// Every broadcast object hears of a recording's new state.
+void Report(MwHandle recording) {
+  auto r = sim::Find<RecordingObject>(recording);
+  if (!r || !sim::AutoEvents()) return;
+  int32_t state, error;
+  std::string id;
+  {
+    Lock lock(sim::Mutex());
+    state = r->state;
+    error = r->error;
+    id = r->id;
+  }
+  for (MwHandle b : sim::BroadcastInstances())
+    SIM_EMIT(Broadcast_onRecordingEvent, b, state, error, sim::NewStringHandle(id));
+}
+
+// More recordings than tuners at some moment of [start, end)?
+bool Conflicts(const RecordingObject& r) {
+  int64_t start = r.start_time, end = start + r.duration;
+  int32_t overlapping = 0;
+  for (MwHandle h : g_recordings) {
+    auto o = sim::Find<RecordingObject>(h);
+    if (!o || (o->state != kScheduled && o->state != kStarted)) continue;
+    int64_t os = o->start_time, oe = os + o->duration;
+    if (os < end && start < oe) overlapping++;
+  }
+  return overlapping >= sim::Rx().tuners;
+}
+
+MwHandle Add(std::shared_ptr<RecordingObject> r);
+
+// The next day of `repeat_days` (bit 0 Sunday ... bit 6 Saturday) after the
+// recording's day, the same time; 0 when it does not repeat.
+int32_t NextOccurrence(const RecordingObject& r) {
+  if (!(r.repeat_days & 0x7f)) return 0;
+  int weekday = static_cast<int>((r.start_time / kDaySeconds + 4) % 7);  // 1970-01-01 was a Thursday
+  for (int d = 1; d <= 7; d++)
+    if (r.repeat_days & (1 << ((weekday + d) % 7))) return r.start_time + d * kDaySeconds;
+  return 0;
+}
+
+// The recording's start and end on the receiver's clock, when it runs.
+void Follow(MwHandle h) {
+  auto r = sim::Find<RecordingObject>(h);
+  if (!r) return;
+  int64_t now = sim::ReceiverNow();
+  auto at = [h](int64_t seconds, std::function<void(RecordingObject&)> step) {
+    int64_t ms = sim::RealMsFor(std::max<int64_t>(seconds, 0));
+    if (ms < 0) return;  // the clock stands still
+    sim::OnSimThread(
+        [h, step] {
+          auto q = sim::Find<RecordingObject>(h);
+          if (!q) return;
+          {
+            Lock lock(sim::Mutex());
+            if (std::find(g_recordings.begin(), g_recordings.end(), h) == g_recordings.end()) return;
+            step(*q);
+          }
+          Report(h);
+        },
+        static_cast<int>(std::min<int64_t>(ms, 1 << 30)));
+  };
+  if (r->state == kScheduled)
+    at(r->start_time - now, [](RecordingObject& q) {
+      if (q.state != kScheduled) return;
+      q.state = kStarted;
+      q.recording_start_time = q.start_time;
+    });
+  if (r->state == kScheduled || r->state == kStarted)
+    at(static_cast<int64_t>(r->start_time) + r->duration - now, [](RecordingObject& q) {
+      if (q.state != kStarted) return;
+      q.state = kCompleted;
+      q.recording_duration = q.duration;
+      if (int32_t next = NextOccurrence(q)) {  // a repeating recording schedules its next day
+        auto again = std::make_shared<RecordingObject>(q);
+        again->start_time = next;
+        again->state = kScheduled;
+        again->recording_start_time = again->recording_duration = 0;
+        again->programme = 0;
+        MwHandle h2 = Add(again);
+        MwObjectRelease(h2);
+      }
+    });
 }
 
 MwHandle ChannelByCcid(const std::string& ccid) {
@@ -54,12 +143,20 @@ MwHandle ChannelByCcid(const std::string& ccid) {
   return 0;
 }
 
-// Registers the recording with the receiver; one reference for the caller (holds the lock).
+// Registers the recording with the receiver; one reference for the caller
+// (holds the lock). One that needs a tuner none is free for fails at once.
 MwHandle Add(std::shared_ptr<RecordingObject> r) {
   r->id = "rec-" + std::to_string(g_next_id++);
+  bool conflict = Conflicts(*r);
   StartOnClock(*r);
+  if (conflict && (r->state == kScheduled || r->state == kStarted)) {
+    r->state = kError;
+    r->error = kErrorTunerConflict;
+  }
   MwHandle h = sim::Register(r, true);
   g_recordings.push_back(h);
+  if (r->state == kError) sim::OnSimThread([h] { Report(h); });
+  Follow(h);
   return sim::Give(h);
 }
 
@@ -172,10 +269,20 @@ void MwRecSchedRemove(MwHandle scheduler, MwHandle recording) {
   SIM_VOID(scheduler, recording);
   auto r = sim::Find<RecordingObject>(recording);
   if (!sim::Find<SchedulerObject>(scheduler) || !r) return;
-  Lock lock(sim::Mutex());
-  g_recordings.erase(std::remove(g_recordings.begin(), g_recordings.end(), recording), g_recordings.end());
-  auto p = sim::Find<sim::ProgrammeObject>(r->programme);
-  if (p && p->recording == recording) p->recording = 0;
+  {
+    Lock lock(sim::Mutex());
+    // A recording stopped while it runs stays, partly completed.
+    if (r->state == kStarted) {
+      r->state = kPartlyCompleted;
+      r->recording_duration = std::max(0, sim::ReceiverNow() - r->start_time);
+    } else {
+      g_recordings.erase(std::remove(g_recordings.begin(), g_recordings.end(), recording), g_recordings.end());
+      auto p = sim::Find<sim::ProgrammeObject>(r->programme);
+      if (p && p->recording == recording) p->recording = 0;
+      return;
+    }
+  }
+  Report(recording);
 }
 
 MwHandle MwRecSchedCreateProgramme(MwHandle scheduler) {

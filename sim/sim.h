@@ -71,6 +71,9 @@ void OnSimThread(std::function<void()> fn, int delay_ms = 0);
 // Waits until the simulator's thread has run everything scheduled so far
 // that is due within `horizon_ms` from now.
 void WaitIdle(int horizon_ms = 1000);
+// Runs the receiver's clock at `rate` receiver seconds per real second from
+// now (0: it stands still, as it does by default).
+void SetClockRate(int32_t rate);
 // Receiver behaviour over time (channel changes raising events, ...): on by
 // default; tests that drive events by hand turn it off.
 void SetAutoEvents(bool on);
