@@ -131,6 +131,7 @@ void SetClockRate(int32_t rate) {
   rx.now = ReceiverNow();
   rx.loaded_ms = SteadyMs();
   rx.clock_rate = rate;
+  FollowRecordings();
 }
 
 int64_t RealMsFor(int64_t seconds) {

@@ -157,6 +157,8 @@ MediaSpec MediaAt(const std::string& url);
 // `seconds` of it take (-1 while it stands still).
 int32_t ReceiverNow();
 int64_t RealMsFor(int64_t seconds);
+// The recordings take up the clock's new rate.
+void FollowRecordings();
 // The channel the receiver presents (0 when it has none).
 MwHandle CurrentChannel();
 

@@ -28,6 +28,7 @@ struct RecordingObject : sim::Object {
   std::string id, name, description;
   int32_t start_time = 0, duration = 0, repeat_days = 0, start_padding = 0, end_padding = 0;
   int32_t state = kScheduled, recording_start_time = 0, recording_duration = 0, error = 0;
+  uint64_t generation = 0;  // timers of an older one do nothing (the clock changed)
   MwHandle channel = 0;              // persistent, 0 when unknown
   MwHandle programme = 0;            // the programme recorded, 0 for a time slot
   std::vector<MwHandle> ratings;     // persistent
@@ -96,16 +97,19 @@ void Follow(MwHandle h) {
   auto r = sim::Find<RecordingObject>(h);
   if (!r) return;
   int64_t now = sim::ReceiverNow();
-  auto at = [h](int64_t seconds, std::function<void(RecordingObject&)> step) {
+  uint64_t generation = ++r->generation;
+  auto at = [h, generation](int64_t seconds, std::function<void(RecordingObject&)> step) {
     int64_t ms = sim::RealMsFor(std::max<int64_t>(seconds, 0));
     if (ms < 0) return;  // the clock stands still
     sim::OnSimThread(
-        [h, step] {
+        [h, generation, step] {
           auto q = sim::Find<RecordingObject>(h);
           if (!q) return;
           {
             Lock lock(sim::Mutex());
-            if (std::find(g_recordings.begin(), g_recordings.end(), h) == g_recordings.end()) return;
+            if (q->generation != generation ||
+                std::find(g_recordings.begin(), g_recordings.end(), h) == g_recordings.end())
+              return;
             step(*q);
           }
           Report(h);
@@ -182,6 +186,12 @@ void SetText(MwHandle recording, std::string RecordingObject::*field, const MwSt
 }  // namespace
 
 namespace sim {
+
+void FollowRecordings() {
+  Lock lock(Mutex());
+  std::vector<MwHandle> all = g_recordings;
+  for (MwHandle h : all) Follow(h);
+}
 
 std::vector<MwHandle> Recordings() {
   Lock lock(Mutex());
