@@ -2,8 +2,9 @@
 // keyset, binds to the broadcast, shows the channel with its now and next
 // programmes, changes channel with the arrow and number keys, lists the
 // channels, shows the receiver and the viewer's language, shows stream
-// events, plays a catch-up clip in place of the
-// broadcast (GREEN; BACK returns) and logs every event it receives.
+// events, records the next programme (YELLOW), plays a catch-up clip in
+// place of the broadcast (GREEN; BACK returns) and logs every event it
+// receives.
 var demo = (function () {
   var video = null;
   var app = null;
@@ -16,6 +17,8 @@ var demo = (function () {
   var catchup = null;    // the catch-up player while it plays
   var catchupTimer = null;
   var catchupUrl = 'http://media.orvane.example/catchup/last-night.mp4';
+  var recording = null;  // the scheduled recording of a next programme
+  var recordingStates = ['scheduled', 'recording', 'recorded', 'partly recorded', 'failed'];
 
   function $(id) { return document.getElementById(id); }
 
@@ -135,6 +138,22 @@ var demo = (function () {
     }
   }
 
+  function showRecording() {
+    $('recording').innerHTML = recording ? '&#9679; ' + recordingStates[recording.state] : '';
+  }
+
+  // YELLOW: the next programme is recorded; its state shows beside it.
+  function recordNext() {
+    try {
+      var next = video.programmes.item(1);
+      recording = $('pvr').record(next);
+      log('record ' + next.name + ': ' + (recording ? recordingStates[recording.state] : 'refused'));
+    } catch (e) {
+      log('cannot record: ' + e);
+    }
+    showRecording();
+  }
+
   function tune(index) {
     if (!channels || index < 0 || index >= channels.length) return;
     log('setChannel ' + channels.item(index).name);
@@ -160,6 +179,8 @@ var demo = (function () {
       var number = code - VK_0;
       for (var i = 0; i < channels.length; i++)
         if (channels.item(i).majorChannel === number) tune(i);
+    } else if (code === VK_YELLOW) {
+      recordNext();
     } else if (code === VK_GREEN) {
       startCatchup();
     } else if (code === VK_BACK) {
@@ -193,7 +214,8 @@ var demo = (function () {
     try {
       app = $('appmgr').getOwnerApplication(document);
       var keyset = app.privateData.keyset;
-      var granted = keyset.setValue(keyset.RED | keyset.GREEN | keyset.NAVIGATION | keyset.NUMERIC);
+      var granted = keyset.setValue(keyset.RED | keyset.GREEN | keyset.YELLOW | keyset.NAVIGATION |
+                                    keyset.NUMERIC);
       log('keyset ' + granted + ' of ' + keyset.maximumValue);
       app.show();
     } catch (e) {
@@ -221,6 +243,10 @@ var demo = (function () {
       showProgrammes();
     };
     video.addEventListener('FullScreenChange', function () { log('FullScreenChange'); }, false);
+    video.onRecordingEvent = function (state, error, id) {
+      log('RecordingEvent ' + id + ' ' + recordingStates[state] + (error ? ' error ' + error : ''));
+      showRecording();
+    };
 
     try {
       channels = video.getChannelConfig().channelList;
