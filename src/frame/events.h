@@ -7,7 +7,8 @@
 // the browser's thread is asked, with NPN_PluginThreadAsyncCall, to deliver
 // them. The call carries no data, so a browser that drops the calls of a
 // destroyed instance loses nothing: the events stay on the stack until a
-// call of a live instance, or the last NPP_Destroy, takes them.
+// call of a live instance takes them; with no instance left they are
+// dropped, with what they own.
 //
 // On the browser's thread each event goes to the head of its kind's list
 // (only the head: one object of each kind per page), when that head carries

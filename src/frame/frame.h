@@ -3,7 +3,7 @@
 // kind states its names, its record, its list and its operations; the
 // NPClass plumbing, interning and the record life cycle are written here.
 //
-//   struct Keyset : HandedOutKind<Keyset, KeysetRecord> {
+//   struct Keyset : HandedOutKind<Keyset> {
 //     ORV_PROPERTY_TABLE(kPropertyNames)  ORV_METHOD_TABLE(kMethodNames)
 //     static RecordList& List();
 //     static bool GetProperty(NPObject*, NPIdentifier, NPVariant*);  ...
