@@ -4,12 +4,13 @@
 #include "broadcast/broadcast.h"
 #include "config/local_system.h"
 #include "drm/drm_agent.h"
+#include "search/search.h"
 #include "plugin/entry.h"
 
 extern const MwEventCallbacks g_plugin_callbacks = {
     AppMgr_onLowMemory,
     AppMgr_onApplicationLoadError,
-    nullptr,  // SearchManager_onMetadataSearch
+    SearchManager_onMetadataSearch,
     AVControl_onPlayStateChange,
     AVControl_onFullScreenChange,
     AVControl_onPlayPositionChanged,

@@ -6,6 +6,7 @@ extern const InstanceKind kConfigurationKind;
 extern const InstanceKind kCapabilitiesKind;
 extern const InstanceKind kParentalControlKind;
 extern const InstanceKind kRecordingSchedulerKind;
+extern const InstanceKind kSearchManagerKind;
 extern const InstanceKind kBroadcastKind;
 extern const InstanceKind kVideoMpegKind;
 extern const InstanceKind kVideoMp4Kind;
@@ -25,6 +26,7 @@ const InstanceKind* const g_instance_kinds[] = {
     &kVideoMpeg4Kind,
     &kAudioMpegKind,
     &kAudioMp4Kind,
+    &kSearchManagerKind,
     &kCapabilitiesKind,
     &kRecordingSchedulerKind,
     &kDrmAgentKind,

@@ -1,0 +1,108 @@
+// The search manager: makes searches and reports their news to the page.
+#include "broadcast/channel_config.h"
+#include "frame/events.h"
+#include "frame/frame.h"
+#include "frame/instance_kind.h"
+#include "middleware/search.h"
+#include "search/search.h"
+#include "utils/convert.h"
+
+namespace {
+
+RecordList g_managers;
+
+constexpr uint32_t kMetadataSearch = 0;
+enum Method { kCreateSearch, kGetChannelConfig, kAddEventListener, kRemoveEventListener };
+const char* const kPropertyNames[] = {"onMetadataSearch"};
+const char* const kMethodNames[] = {"createSearch", "getChannelConfig", "addEventListener",
+                                    "removeEventListener"};
+const EventProperty kEvents[] = {{"onMetadataSearch", kMetadataSearch}};
+const EventTable kEventTable = ORV_EVENT_TABLE(kEvents);
+
+struct SearchManager : InstanceKindBase<SearchManager, SearchManagerRecord> {
+  ORV_PROPERTY_TABLE(kPropertyNames)
+  ORV_METHOD_TABLE(kMethodNames)
+  static RecordList& List() { return g_managers; }
+
+  // An empty onMetadataSearch fails its read.
+  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
+    SearchManagerRecord* r = Find(object);
+    return r && Properties().Find(id) == 0 && ReadListenerSlot(r, 0, result);
+  }
+
+  static bool SetProperty(NPObject* object, NPIdentifier id, const NPVariant* value) {
+    SearchManagerRecord* r = Find(object);
+    if (!r || Properties().Find(id) != 0) return false;
+    WriteListenerSlot(r, kEventTable, 0, value);
+    return true;
+  }
+
+  static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
+                     NPVariant* result) {
+    SearchManagerRecord* r = Find(object);
+    if (!r || !r->handle) return false;
+    switch (Methods().Find(id)) {
+      case kCreateSearch: {
+        uint32_t target;
+        if (count != 1 || !NP_UtilsGetU32BIT(&args[0], &target)) return true;  // no result
+        MwHandle search = MwSearchManagerCreateSearch(r->handle, target);
+        SetObjectOrNull(result, search ? MetadataSearchCreateTakingHandle(r->instance, search) : nullptr);
+        return true;
+      }
+      case kGetChannelConfig: {
+        MwHandle config = MwSearchManagerGetChannelConfig(r->handle);
+        SetObjectOrNull(result, config ? ChannelConfigCreate(r->instance, config) : nullptr);
+        return true;
+      }
+      case kAddEventListener:
+        if (count >= 2 && IsString(args[0])) AddListenerByType(r, kEventTable, ArgString(args[0]), &args[1]);
+        return true;
+      case kRemoveEventListener:
+        NP_UtilsRemoveFirstArgumentListener(r, args, count);
+        return true;
+      default:
+        return false;
+    }
+  }
+};
+
+ObjectRecord* CreateInstance(NPP instance, const ElementAttributes&) { return SearchManagerCreate(instance); }
+void DestroyManager(ObjectRecord* r) { SearchManagerDestroy(static_cast<SearchManagerRecord*>(r)); }
+
+// Browser's thread: the search's object (the live one, or a new one) and the state.
+void DeliverSearch(ObjectRecord* target, PendingEvent* ev) {
+  if (!target) return;
+  MwHandle search = ev->owned[0];
+  ev->owned[0] = 0;
+  NPObject* object = search ? MetadataSearchCreateTakingHandle(target->instance, search) : nullptr;
+  if (!object) return;
+  NPVariant args[2];
+  SetObject(&args[0], object);
+  SetInt(&args[1], ev->numbers[0]);
+  DeliverToListeners(target, kMetadataSearch, args, 2);
+}
+
+}  // namespace
+
+extern const InstanceKind kSearchManagerKind = {
+    "application/oipfsearchmanager", kKindSearchManager, CreateInstance, DestroyManager,
+    nullptr, nullptr, false, false, nullptr, nullptr, &g_managers,
+};
+
+SearchManagerRecord* SearchManagerCreate(NPP instance) {
+  SearchManagerRecord* r = NewInstance<SearchManager>(instance, kKindSearchManager);
+  if (!r) return nullptr;
+  r->handle = MwSearchManagerOpen();
+  g_managers.Add(r);
+  return r;
+}
+
+// A record that is not on the list is left as it is.
+void SearchManagerDestroy(SearchManagerRecord* r) { DestroyInstance(g_managers, r); }
+
+void SearchManager_onMetadataSearch(MwHandle manager, MwHandle search, int32_t state) {
+  PendingEvent ev = EventFor(g_managers, DeliverSearch, manager, kMetadataSearch);
+  ev.owned[0] = search;
+  ev.numbers[0] = state;
+  PostEvent(ev);
+}
