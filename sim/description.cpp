@@ -149,6 +149,34 @@ MwHandle Programme(const json& j, const std::string& ccid) {
   return Register(p, true);
 }
 
+// "schedule": a compact form for a long guide: `count` programmes back to
+// back from `startOffset`, each `duration` seconds, their titles, genres and
+// ratings taken from the lists in turn (a title gets the programme's number
+// when the list runs round).
+void Schedule(const json& j, ChannelObject* c) {
+  int32_t count = Int(j, "count", 48);
+  int32_t duration = Int(j, "duration", 1800);
+  if (count < 0 || count > 1000000 || duration <= 0)
+    throw std::runtime_error("a schedule needs a count up to 1000000 and a positive duration");
+  std::vector<std::string> titles = Strings(j, "titles");
+  std::vector<std::string> genres = Strings(j, "genres");
+  std::vector<int32_t> ratings = j.contains("ratings") ? j.at("ratings").get<std::vector<int32_t>>()
+                                                         : std::vector<int32_t>();
+  if (titles.empty()) titles = {c->name + " programme"};
+  int32_t start = kClock + Int(j, "startOffset");
+  for (int32_t i = 0; i < count; i++) {
+    json p;
+    size_t t = static_cast<size_t>(i) % titles.size();
+    p["name"] = static_cast<size_t>(i) < titles.size() ? titles[t] : titles[t] + " " + std::to_string(i + 1);
+    p["start"] = start + i * duration;
+    p["duration"] = duration;
+    if (!genres.empty()) p["genre"] = genres[static_cast<size_t>(i) % genres.size()];
+    if (!ratings.empty()) p["parentalRating"] = ratings[static_cast<size_t>(i) % ratings.size()];
+    p["description"] = c->name + ", programme " + std::to_string(i + 1);
+    c->programmes.push_back(Programme(p, c->ccid));
+  }
+}
+
 StreamEventSpec StreamEvent(const json& j) {
   StreamEventSpec e;
   e.name = Str(j, "name");
@@ -181,6 +209,7 @@ MwHandle Channel(const json& j, size_t index) {
   c->running_status = Int(j, "runningStatus", 1);
   if (j.contains("programmes"))
     for (const json& p : j.at("programmes")) c->programmes.push_back(Programme(p, c->ccid));
+  if (j.contains("schedule")) Schedule(j.at("schedule"), c.get());
   if (j.contains("components"))
     for (const json& x : j.at("components")) c->components.push_back(Component(x));
   if (j.contains("streamEvents"))

@@ -18,7 +18,7 @@ namespace {
 using Lock = std::lock_guard<std::recursive_mutex>;
 using sim::ProgrammeObject;
 
-const int32_t kStateReady = 0, kStateAborted = 3;
+const int32_t kStateReady = 0, kStateAborted = 3, kStateError = 4;
 const int kEventDelayMs = 5;
 
 struct QueryNode {
@@ -38,6 +38,8 @@ struct SearchManagerObject : sim::Object {
   const char* Type() const override { return "search-manager"; }
 };
 
+struct SearchResultsObject;
+
 struct SearchObject : sim::Object {
   MwHandle manager = 0;
   uint32_t target = 0;
@@ -46,6 +48,10 @@ struct SearchObject : sim::Object {
   bool from_stream = false;        // the programmes of one channel's stream
   MwHandle stream_channel = 0;
   uint32_t start_time = 0;
+  // The current page of results, which every result list of the search shows.
+  std::vector<MwHandle> page;
+  int32_t offset = 0, total = 0;
+  std::vector<std::weak_ptr<SearchResultsObject>> views;
   const char* Type() const override { return "search"; }
 };
 
@@ -56,6 +62,20 @@ struct SearchResultsObject : sim::ListObject {
   bool aborted = false;
   const char* Type() const override { return "search-results"; }
 };
+
+// Every result list of the search shows its current page (holds the lock).
+void ShowPage(SearchObject& s) {
+  std::vector<std::weak_ptr<SearchResultsObject>> live;
+  for (auto& w : s.views) {
+    auto view = w.lock();
+    if (!view) continue;
+    view->items = s.page;
+    view->offset = s.offset;
+    view->total = s.total;
+    live.push_back(w);
+  }
+  s.views = live;
+}
 
 std::string Lower(std::string s) {
   for (char& c : s) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
@@ -101,16 +121,50 @@ bool Compare(const std::string& have, uint32_t comparison, const std::string& wa
   }
 }
 
-std::vector<std::string> FieldValues(const ProgrammeObject& p, std::string field) {
+// The OIPF metadata fields a query may name ("Programme.name" or "name").
+enum Field { kName, kDescription, kLongDescription, kGenre, kChannelId, kProgrammeId, kStartTime,
+             kDuration, kParentalRating, kUnknownField };
+const char* const kFieldNames[] = {"name", "description", "longdescription", "genre", "channelid",
+                                   "programmeid", "starttime", "duration", "parentalrating"};
+
+Field FieldOf(std::string field) {
   field = Lower(field);
   if (field.rfind("programme.", 0) == 0) field = field.substr(10);
-  if (field == "description") return {p.description};
-  if (field == "genre") return p.genre;
-  if (field == "channelid") return {p.channel_id};
-  if (field == "programmeid") return {p.programme_id};
-  if (field == "starttime") return {std::to_string(p.start_time)};
-  if (field == "duration") return {std::to_string(p.duration)};
-  return {p.name};
+  if (field == "title") return kName;
+  for (int f = 0; f < kUnknownField; f++)
+    if (field == kFieldNames[f]) return static_cast<Field>(f);
+  return kUnknownField;
+}
+
+bool Numeric(Field f) { return f == kStartTime || f == kDuration || f == kParentalRating; }
+
+// A query that names an unknown field, compares a number field with
+// something else than a number, or uses an unknown comparison cannot run.
+bool Valid(const Node& n) {
+  if (!n) return true;
+  if (n->op != QueryNode::kLeaf) return Valid(n->a) && (n->op == QueryNode::kNot || Valid(n->b));
+  long long number;
+  Field f = FieldOf(n->field);
+  return f != kUnknownField && n->comparison <= 6 && (!Numeric(f) || IsNumber(n->value, &number));
+}
+
+std::vector<std::string> FieldValues(const ProgrammeObject& p, const std::string& field) {
+  switch (FieldOf(field)) {
+    case kDescription: return {p.description};
+    case kLongDescription: return {p.long_description};
+    case kGenre: return p.genre;
+    case kChannelId: return {p.channel_id};
+    case kProgrammeId: return {p.programme_id};
+    case kStartTime: return {std::to_string(p.start_time)};
+    case kDuration: return {std::to_string(p.duration)};
+    case kParentalRating: {
+      std::vector<std::string> values;
+      for (MwHandle r : p.ratings)
+        if (auto rating = sim::Find<sim::RatingObject>(r)) values.push_back(std::to_string(rating->value));
+      return values;
+    }
+    default: return {p.name};
+  }
 }
 
 bool Matches(const Node& n, const ProgrammeObject& p) {
@@ -236,7 +290,8 @@ int32_t MwSearchGetTarget(MwHandle search) {
   return static_cast<int32_t>(s->target);
 }
 
-// A new, empty page over the search; MwSearchResultsGetResults fills it.
+// A list showing the search's current page of results (empty until
+// MwSearchResultsGetResults fills one).
 MwHandle MwSearchGetResult(MwHandle search) {
   SIM_CALL(MwHandle, search);
   auto s = sim::Find<SearchObject>(search);
@@ -244,6 +299,9 @@ MwHandle MwSearchGetResult(MwHandle search) {
   auto r = std::make_shared<SearchResultsObject>();
   r->search = s;
   r->search_handle = search;
+  Lock lock(sim::Mutex());
+  s->views.push_back(r);
+  ShowPage(*s);
   return sim::Register(r, false);
 }
 
@@ -312,20 +370,25 @@ int32_t MwSearchResultsGetResults(MwHandle list, uint32_t offset, uint32_t count
   auto r = sim::Find<SearchResultsObject>(list);
   if (!r) return 0;
   MwHandle manager, search;
+  bool valid;
   {
     Lock lock(sim::Mutex());
-    std::vector<MwHandle> found = Run(*r->search);
+    SearchObject& s = *r->search;
+    valid = Valid(s.query);
+    std::vector<MwHandle> found = valid ? Run(s) : std::vector<MwHandle>();
     size_t from = std::min<size_t>(offset, found.size());
-    size_t to = std::min<size_t>(from + count, found.size());
-    r->items.assign(found.begin() + static_cast<std::ptrdiff_t>(from),
-                    found.begin() + static_cast<std::ptrdiff_t>(to));
-    r->offset = static_cast<int32_t>(offset);
-    r->total = static_cast<int32_t>(found.size());
+    size_t to = from + std::min<size_t>(count, found.size() - from);
+    s.page.assign(found.begin() + static_cast<std::ptrdiff_t>(from),
+                  found.begin() + static_cast<std::ptrdiff_t>(to));
+    s.offset = static_cast<int32_t>(offset);
+    s.total = static_cast<int32_t>(found.size());
+    ShowPage(s);
     r->aborted = false;
-    manager = r->search->manager;
+    manager = s.manager;
     search = r->search_handle;
   }
-  ReportLater(manager, search, kStateReady);
+  // A query that cannot run ends in the error state, with no results.
+  ReportLater(manager, search, valid ? kStateReady : kStateError);
   return 1;
 }
 

@@ -1,14 +1,18 @@
 // Test controls of the simulated metadata search.
 //
-// A search matches the receiver's programmes against its query (fields
-// "name"/"Title", "description", "genre", "channelID", "programmeID",
-// "startTime", "duration"; an unknown field is read as the name) with the
-// comparisons 0 equal, 1 not equal, 2 greater, 3 greater or equal, 4 less,
-// 5 less or equal, 6 contains; a search with no query matches everything.
-// Channel constraints keep only programmes of those channels. Results are
-// paged in by MwSearchResultsGetResults; with auto events the manager then
-// reports state 0 (results ready) a few milliseconds later, and state 3 after
-// MwSearchResultsAbort.
+// A search matches the receiver's guide (every programme of every channel)
+// against its query: OIPF metadata fields, as "Programme.name" or "name"
+// (name or title, description, longDescription, genre, channelID,
+// programmeID, startTime, duration, parentalRating), with the comparisons
+// 0 equal, 1 not equal, 2 greater, 3 greater or equal, 4 less, 5 less or
+// equal, 6 contains, combined with and, or, not; a search with no query
+// matches everything. Channel constraints keep only programmes of those
+// channels. Results are paged in by MwSearchResultsGetResults into the
+// search's current page, which every result list of the search shows; with
+// auto events the manager then reports state 0 (results ready) a few
+// milliseconds later, state 3 after MwSearchResultsAbort, and state 4 (error)
+// for a query on an unknown field, with an unknown comparison, or comparing
+// a number field with something that is no number.
 #ifndef ORVANE_SIM_SEARCH_SIM_H
 #define ORVANE_SIM_SEARCH_SIM_H
 
