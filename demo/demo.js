@@ -2,9 +2,9 @@
 // keyset, binds to the broadcast, shows the channel with its now and next
 // programmes, changes channel with the arrow and number keys, lists the
 // channels, shows the receiver and the viewer's language, shows stream
-// events, records the next programme (YELLOW), plays a catch-up clip in
-// place of the broadcast (GREEN; BACK returns) and logs every event it
-// receives.
+// events, records the next programme (YELLOW), searches the guide (BLUE),
+// plays a catch-up clip in place of the broadcast (GREEN; BACK returns) and
+// logs every event it receives.
 var demo = (function () {
   var video = null;
   var app = null;
@@ -154,6 +154,24 @@ var demo = (function () {
     showRecording();
   }
 
+  // BLUE: the guide is searched for a word; what was found shows in a panel.
+  function searchGuide(word) {
+    var manager = $('guide');
+    var search = manager.createSearch(1);
+    search.setQuery(search.createQuery('Programme.name', 6, word));
+    manager.onMetadataSearch = function (found, state) {
+      // Search results are only counted and paged: their items give no objects.
+      var page = found.result;
+      $('found-title').innerHTML = 'Search "' + word + '"';
+      $('found-list').innerHTML = '<li>' + page.totalSize + ' programmes found</li>' +
+          '<li>page at ' + page.offset + ': ' + page.length + ' of them</li>';
+      $('found').style.display = 'block';
+      log('MetadataSearch state ' + state + ', ' + page.totalSize + ' found');
+    };
+    search.result.getResults(0, 4);
+    log('search the guide for "' + word + '"');
+  }
+
   function tune(index) {
     if (!channels || index < 0 || index >= channels.length) return;
     log('setChannel ' + channels.item(index).name);
@@ -179,6 +197,8 @@ var demo = (function () {
       var number = code - VK_0;
       for (var i = 0; i < channels.length; i++)
         if (channels.item(i).majorChannel === number) tune(i);
+    } else if (code === VK_BLUE) {
+      searchGuide('News');
     } else if (code === VK_YELLOW) {
       recordNext();
     } else if (code === VK_GREEN) {
@@ -214,7 +234,7 @@ var demo = (function () {
     try {
       app = $('appmgr').getOwnerApplication(document);
       var keyset = app.privateData.keyset;
-      var granted = keyset.setValue(keyset.RED | keyset.GREEN | keyset.YELLOW | keyset.NAVIGATION |
+      var granted = keyset.setValue(keyset.RED | keyset.GREEN | keyset.YELLOW | keyset.BLUE | keyset.NAVIGATION |
                                     keyset.NUMERIC);
       log('keyset ' + granted + ' of ' + keyset.maximumValue);
       app.show();

@@ -16,10 +16,10 @@ cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo -DORVANE_RUNNER=ON >/dev/n
 cmake --build build -j"$(nproc)" --target orvane-run
 echo "== demo"
 # Next channel twice, channel 1 by number, down the list twice and OK; then
-# record the next programme, the catch-up clip, back to the broadcast, and
-# the clip again.
-keys=VK_RIGHT,VK_RIGHT,VK_1,VK_DOWN,VK_DOWN,VK_ENTER,VK_YELLOW,VK_GREEN,VK_BACK,VK_GREEN
+# search the guide, record the next programme, the catch-up clip, back to
+# the broadcast, and the clip again.
+keys=VK_RIGHT,VK_RIGHT,VK_1,VK_DOWN,VK_DOWN,VK_ENTER,VK_BLUE,VK_YELLOW,VK_GREEN,VK_BACK,VK_GREEN
 xvfb-run -a -s "-screen 0 1280x720x24" build/runner/orvane-run \
-  --keys "$keys" --key-start 600 --key-interval 400 --timeout 7 \
+  --keys "$keys" --key-start 600 --key-interval 400 --timeout 7.5 \
   --print-text --screenshot "$shot" "$@" demo/index.html
 echo "== screenshot: $shot"
