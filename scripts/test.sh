@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
-# Sets up a fresh Debian machine, builds Orvane three times (plain, with the
-# QtWebKit runner; with AddressSanitizer + UndefinedBehaviorSanitizer; the
-# frame's suites with ThreadSanitizer) and runs every test: the unit suites
-# in the first two, the browser tests (label e2e: pages run by orvane-run
-# under Xvfb) in the plain one, the frame's suites and the threaded stress
-# test under ThreadSanitizer. The
-# library is also built for a 32-bit (ILP32) target, where its NPAPI layouts
-# are checked at compile time.
+# Sets up a fresh Debian machine, builds Orvane (plain, with the QtWebKit
+# runner; with AddressSanitizer + UndefinedBehaviorSanitizer; the frame's
+# suites with ThreadSanitizer; for 32-bit ARM) and runs every test: the unit
+# suites in the first two and on ARM under qemu-user, the browser tests
+# (label e2e: pages run by orvane-run under Xvfb) in the plain one, the
+# frame's suites and the threaded stress test under ThreadSanitizer. It
+# installs into a scratch prefix that an out-of-tree build consumes, and
+# builds the library for 32-bit x86 (ILP32) too; the NPAPI layouts are
+# checked at compile time in every build.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh
@@ -33,6 +34,15 @@ scripts/check-exports.sh build-ilp32/libnporvane.so
 
 echo "== tests (sanitizers)"
 ASAN_OPTIONS=detect_leaks=1 ctest --test-dir build-asan --output-on-failure -j"$jobs"
+echo "== 32-bit ARM (arm-linux-gnueabihf): cross build, unit suites under qemu-user"
+cmake -S . -B build-arm-linux-gnueabihf -DCMAKE_TOOLCHAIN_FILE=cmake/toolchains/arm-linux-gnueabihf.cmake \
+  -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+cmake --build build-arm-linux-gnueabihf -j"$jobs"
+scripts/check-exports.sh build-arm-linux-gnueabihf/libnporvane.so
+ctest --test-dir build-arm-linux-gnueabihf --output-on-failure -j"$jobs" -L unit
+echo "== install into a scratch prefix, consumed out of tree"
+scripts/check-install.sh build
+
 echo "== tests (thread sanitizer)"
 TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" \
   ctest --test-dir build-tsan --output-on-failure -j"$jobs" -R '^(frame|stress)\.'
