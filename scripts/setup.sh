@@ -5,10 +5,9 @@ set -euo pipefail
 packages=(cmake g++ make libgtest-dev libgmock-dev libbenchmark-dev
   # receiver descriptions (JSON)
   nlohmann-json3-dev
-  # the 32-bit (ILP32) build check of the library
-  g++-multilib
-  # the 32-bit ARM cross build and its unit suites under emulation; the
-  # install check (pkg-config)
+  # the 32-bit ARM cross build (also the ILP32 check of the NPAPI layouts)
+  # and its unit suites under emulation; the install check (pkg-config).
+  # Debian's g++-multilib conflicts with the cross compilers.
   g++-arm-linux-gnueabihf qemu-user pkg-config
   # the browser runner and its tests: QtWebKit, a virtual X server, a font
   qtbase5-dev libqt5webkit5-dev xvfb xauth fonts-dejavu-core

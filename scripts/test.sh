@@ -5,9 +5,9 @@
 # suites in the first two and on ARM under qemu-user, the browser tests
 # (label e2e: pages run by orvane-run under Xvfb) in the plain one, the
 # frame's suites and the threaded stress test under ThreadSanitizer. It
-# installs into a scratch prefix that an out-of-tree build consumes, and
-# builds the library for 32-bit x86 (ILP32) too; the NPAPI layouts are
-# checked at compile time in every build.
+# installs into a scratch prefix that an out-of-tree build consumes. The
+# NPAPI layouts are checked at compile time in every build, the 32-bit (ILP32)
+# one on ARM.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh
@@ -26,14 +26,6 @@ cmake --build build-tsan -j"$jobs" --target test_frame test_stress
 
 echo "== library checks"
 scripts/check-exports.sh build/libnporvane.so
-echo "== 32-bit (ILP32) build of the library"
-cmake -S . -B build-ilp32 -DCMAKE_BUILD_TYPE=RelWithDebInfo -DORVANE_TESTS=OFF \
-  -DCMAKE_C_FLAGS=-m32 -DCMAKE_CXX_FLAGS=-m32 -DCMAKE_SHARED_LINKER_FLAGS=-m32 >/dev/null
-cmake --build build-ilp32 -j"$jobs" --target nporvane
-scripts/check-exports.sh build-ilp32/libnporvane.so
-
-echo "== tests (sanitizers)"
-ASAN_OPTIONS=detect_leaks=1 ctest --test-dir build-asan --output-on-failure -j"$jobs"
 echo "== 32-bit ARM (arm-linux-gnueabihf): cross build, unit suites under qemu-user"
 cmake -S . -B build-arm-linux-gnueabihf -DCMAKE_TOOLCHAIN_FILE=cmake/toolchains/arm-linux-gnueabihf.cmake \
   -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
@@ -43,6 +35,8 @@ ctest --test-dir build-arm-linux-gnueabihf --output-on-failure -j"$jobs" -L unit
 echo "== install into a scratch prefix, consumed out of tree"
 scripts/check-install.sh build
 
+echo "== tests (sanitizers)"
+ASAN_OPTIONS=detect_leaks=1 ctest --test-dir build-asan --output-on-failure -j"$jobs"
 echo "== tests (thread sanitizer)"
 TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" \
   ctest --test-dir build-tsan --output-on-failure -j"$jobs" -R '^(frame|stress)\.'

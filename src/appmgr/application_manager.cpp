@@ -134,11 +134,7 @@ extern const InstanceKind kApplicationManagerKind = {
 };
 
 AppMgrRecord* ApplicationManagerCreate(NPP instance) {
-  AppMgrRecord* r = NewInstance<ApplicationManager>(instance, kKindApplicationManager);
-  if (!r) return nullptr;
-  r->handle = MwAppManagerCreate(r->object);
-  g_managers.Add(r);
-  return r;
+  return OpenInstance<ApplicationManager>(instance, kKindApplicationManager, MwAppManagerCreate);
 }
 
 void ApplicationManagerDestroy(AppMgrRecord* r) {

@@ -37,22 +37,11 @@ bool XmlDocument(CapabilitiesRecord* r, NPVariant* result) {
   return ok;
 }
 
-struct Capabilities : InstanceKindBase<Capabilities, CapabilitiesRecord> {
+// The middleware's capabilities go with the object.
+struct Capabilities : HandleWithObjectKind<Capabilities, CapabilitiesRecord> {
   ORV_PROPERTY_TABLE(kPropertyNames)
   ORV_METHOD_TABLE(kMethodNames)
   static RecordList& List() { return g_capabilities; }
-
-  // The middleware's capabilities go with the object; the record stays
-  // until the instance goes.
-  static void Deallocate(NPObject* object) {
-    CapabilitiesRecord* r = Find(object);
-    if (!r) return;
-    if (r->handle) {
-      MwObjectRelease(r->handle);
-      g_capabilities.SetHandle(r, 0);
-    }
-    r->object = nullptr;
-  }
 
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
     CapabilitiesRecord* r = Find(object);
@@ -89,11 +78,7 @@ extern const InstanceKind kCapabilitiesKind = {
 };
 
 CapabilitiesRecord* CapabilityCreate(NPP instance) {
-  CapabilitiesRecord* r = NewInstance<Capabilities>(instance, kKindCapabilities);
-  if (!r) return nullptr;
-  r->handle = MwCapabilitiesOpen(r->object);
-  g_capabilities.Add(r);
-  return r;
+  return OpenInstance<Capabilities>(instance, kKindCapabilities, MwCapabilitiesOpen);
 }
 
 // The handle goes first; a record that is not on the list then stays allocated.

@@ -78,21 +78,10 @@ struct Configuration : KindDefaults<Configuration> {
 enum Property { kConfiguration, kLocalSystem };
 const char* const kPropertyNames[] = {"configuration", "localSystem"};
 
-struct OipfConfiguration : InstanceKindBase<OipfConfiguration, OipfConfigurationRecord> {
+// The middleware's configuration goes with the object.
+struct OipfConfiguration : HandleWithObjectKind<OipfConfiguration, OipfConfigurationRecord> {
   ORV_PROPERTY_TABLE(kPropertyNames)
   static RecordList& List() { return g_configurations; }
-
-  // The middleware's configuration goes with the object; the record stays
-  // until the instance goes.
-  static void Deallocate(NPObject* object) {
-    OipfConfigurationRecord* r = Find(object);
-    if (!r) return;
-    if (r->handle) {
-      MwObjectRelease(r->handle);
-      g_configurations.SetHandle(r, 0);
-    }
-    r->object = nullptr;
-  }
 
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
     OipfConfigurationRecord* r = Find(object);
@@ -130,11 +119,7 @@ extern const InstanceKind kConfigurationKind = {
 };
 
 OipfConfigurationRecord* OipfConfigurationCreate(NPP instance) {
-  OipfConfigurationRecord* r = NewInstance<OipfConfiguration>(instance, kKindConfiguration);
-  if (!r) return nullptr;
-  r->handle = MwConfigurationOpen(r->object);
-  g_configurations.Add(r);
-  return r;
+  return OpenInstance<OipfConfiguration>(instance, kKindConfiguration, MwConfigurationOpen);
 }
 
 // A record that is not on the list is left as it is.

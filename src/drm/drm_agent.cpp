@@ -111,11 +111,7 @@ extern const InstanceKind kDrmAgentKind = {
 };
 
 DrmAgentRecord* OipfDrmAgentCreate(NPP instance) {
-  DrmAgentRecord* r = NewInstance<DrmAgent>(instance, kKindDrmAgent);
-  if (!r) return nullptr;
-  r->handle = MwDrmAgentCreate(r->object);
-  g_agents.Add(r);
-  return r;
+  return OpenInstance<DrmAgent>(instance, kKindDrmAgent, MwDrmAgentCreate);
 }
 
 void OipfDrmAgentDestroy(DrmAgentRecord* r) { DestroyInstance(g_agents, r); }

@@ -253,12 +253,46 @@ struct InstanceKindBase : KindDefaults<K, R> {
   }
 };
 
+// A page-instance kind whose middleware handle goes with its script object
+// (the record stays, with handle 0, until NPP_Destroy).
+template <class K, class R = ObjectRecord>
+struct HandleWithObjectKind : InstanceKindBase<K, R> {
+  static void Deallocate(NPObject* object) {
+    R* r = ScriptClass<K>::RecordOf(object);
+    if (!r) return;
+    if (r->handle) {
+      MwObjectRelease(r->handle);
+      K::List().SetHandle(r, 0);
+    }
+    r->object = nullptr;
+  }
+};
+
 // A new page-instance record of kind K (instance kind number `kind`), not
 // yet on its list; null on failure.
 template <class K>
 typename K::Record* NewInstance(NPP instance, uint32_t kind) {
   typename K::Record* r = NewRecord<K>(instance);
   if (r) r->kind = kind;
+  return r;
+}
+
+// The same, with the middleware's handle from `open` (given the new script
+// object as its context, or nothing), on its list; null on failure.
+template <class K>
+typename K::Record* OpenInstance(NPP instance, uint32_t kind, MwHandle (*open)(void* context)) {
+  typename K::Record* r = NewInstance<K>(instance, kind);
+  if (!r) return nullptr;
+  r->handle = open(r->object);
+  K::List().Add(r);
+  return r;
+}
+template <class K>
+typename K::Record* OpenInstance(NPP instance, uint32_t kind, MwHandle (*open)(void)) {
+  typename K::Record* r = NewInstance<K>(instance, kind);
+  if (!r) return nullptr;
+  r->handle = open();
+  K::List().Add(r);
   return r;
 }
 

@@ -11,21 +11,11 @@ RecordList g_managers;
 
 const char* const kPropertyNames[] = {"parentalRatingSchemes"};
 
-struct ParentalControl : InstanceKindBase<ParentalControl, ParentalControlRecord> {
+// The middleware's parental control goes with the object.
+struct ParentalControl : HandleWithObjectKind<ParentalControl, ParentalControlRecord> {
   static constexpr bool kStubResult = false;
   ORV_PROPERTY_TABLE(kPropertyNames)
   static RecordList& List() { return g_managers; }
-
-  // The middleware's parental control goes with the object.
-  static void Deallocate(NPObject* object) {
-    ParentalControlRecord* r = Find(object);
-    if (!r) return;
-    if (r->handle) {
-      MwObjectRelease(r->handle);
-      g_managers.SetHandle(r, 0);
-    }
-    r->object = nullptr;
-  }
 
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
     ParentalControlRecord* r = Find(object);
@@ -50,11 +40,7 @@ extern const InstanceKind kParentalControlKind = {
 };
 
 ParentalControlRecord* OipfParentalControlManagerCreate(NPP instance) {
-  ParentalControlRecord* r = NewInstance<ParentalControl>(instance, kKindParentalControlManager);
-  if (!r) return nullptr;
-  r->handle = MwParentalControlOpen();
-  g_managers.Add(r);
-  return r;
+  return OpenInstance<ParentalControl>(instance, kKindParentalControlManager, MwParentalControlOpen);
 }
 
 // A record that is not on the list stays allocated.

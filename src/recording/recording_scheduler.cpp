@@ -41,22 +41,12 @@ bool RecordAt(RecordingSchedulerRecord* r, const NPVariant* args, uint32_t count
   return true;
 }
 
-struct RecordingScheduler : InstanceKindBase<RecordingScheduler, RecordingSchedulerRecord> {
+// The middleware's scheduler goes with the object.
+struct RecordingScheduler : HandleWithObjectKind<RecordingScheduler, RecordingSchedulerRecord> {
   static constexpr bool kStubResult = false;
   ORV_PROPERTY_TABLE(kPropertyNames)
   ORV_METHOD_TABLE(kMethodNames)
   static RecordList& List() { return g_schedulers; }
-
-  // The middleware's scheduler goes with the object.
-  static void Deallocate(NPObject* object) {
-    RecordingSchedulerRecord* r = Find(object);
-    if (!r) return;
-    if (r->handle) {
-      MwObjectRelease(r->handle);
-      g_schedulers.SetHandle(r, 0);
-    }
-    r->object = nullptr;
-  }
 
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
     RecordingSchedulerRecord* r = Find(object);
@@ -112,11 +102,7 @@ extern const InstanceKind kRecordingSchedulerKind = {
 };
 
 RecordingSchedulerRecord* OipfRecordingSchedulerCreate(NPP instance) {
-  RecordingSchedulerRecord* r = NewInstance<RecordingScheduler>(instance, kKindRecordingScheduler);
-  if (!r) return nullptr;
-  r->handle = MwRecordingSchedulerOpen();
-  g_schedulers.Add(r);
-  return r;
+  return OpenInstance<RecordingScheduler>(instance, kKindRecordingScheduler, MwRecordingSchedulerOpen);
 }
 
 // A record that is not on the list stays allocated.

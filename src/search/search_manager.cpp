@@ -90,11 +90,7 @@ extern const InstanceKind kSearchManagerKind = {
 };
 
 SearchManagerRecord* SearchManagerCreate(NPP instance) {
-  SearchManagerRecord* r = NewInstance<SearchManager>(instance, kKindSearchManager);
-  if (!r) return nullptr;
-  r->handle = MwSearchManagerOpen();
-  g_managers.Add(r);
-  return r;
+  return OpenInstance<SearchManager>(instance, kKindSearchManager, MwSearchManagerOpen);
 }
 
 // A record that is not on the list is left as it is.
