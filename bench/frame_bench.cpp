@@ -326,12 +326,15 @@ BENCHMARK(BM_MemoryPerChannel)->Iterations(1);
 // Keeps each run's time per iteration and rate, to print the ratios.
 class Collector : public benchmark::ConsoleReporter {
  public:
+  // With repetitions, the median of each benchmark is kept.
   void ReportRuns(const std::vector<Run>& runs) override {
     for (const Run& run : runs) {
-      times[run.benchmark_name()] =  // in ns whatever the run's unit
+      if (run.run_type == Run::RT_Aggregate && run.aggregate_name != "median") continue;
+      std::string name = run.run_type == Run::RT_Aggregate ? run.run_name.str() : run.benchmark_name();
+      times[name] =  // in ns whatever the run's unit
           run.GetAdjustedRealTime() * 1e9 / benchmark::GetTimeUnitMultiplier(run.time_unit);
       auto items = run.counters.find("items_per_second");
-      if (items != run.counters.end()) rates[run.benchmark_name()] = items->second.value;
+      if (items != run.counters.end()) rates[name] = items->second.value;
       auto bytes = run.counters.find("bytes_per_object");
       if (bytes != run.counters.end()) memory = bytes->second.value;
     }

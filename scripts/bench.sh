@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
 # Builds the benchmark (optimised) and runs it: the frame's costs, each as a
-# ratio against a baseline measured in the same run. Extra arguments go to
+# ratio against a baseline measured in the same run (medians of five
+# repetitions). Extra arguments go to
 # Google Benchmark (e.g. --benchmark_filter=Event).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh
 cmake -S . -B build-bench -DCMAKE_BUILD_TYPE=Release -DORVANE_BENCH=ON >/dev/null
 cmake --build build-bench -j2 --target orvane-bench
-build-bench/bench/orvane-bench "$@"
+# Five repetitions of each; the ratios use the medians.
+build-bench/bench/orvane-bench --benchmark_repetitions=5 --benchmark_report_aggregates_only=true "$@"
