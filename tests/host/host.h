@@ -34,6 +34,9 @@ size_t BadFrees();                 // NPN_MemFree of a pointer that is not a liv
 void FailAllocation(int nth);      // the nth NPN_MemAlloc from now returns null (1 = next); 0 disarms
 int AllocationsSinceReset();       // number of NPN_MemAlloc calls (successful or not)
 void FailRecordAllocation(int nth); // the nth plug-in record allocation (malloc) from now fails
+// True while a failure set up above has not happened yet.
+bool AllocationFailureArmed();
+bool RecordFailureArmed();
 size_t LiveRecords();              // plug-in records allocated and not freed
 
 // ---- objects ---------------------------------------------------------------

@@ -90,6 +90,12 @@ void FailAllocation(int nth) {
   s.fail_countdown = nth > 0 ? nth : 0;
 }
 
+bool AllocationFailureArmed() {
+  MemoryState& s = State();
+  std::lock_guard<std::mutex> lock(s.mutex);
+  return s.fail_countdown > 0;
+}
+
 int AllocationsSinceReset() {
   MemoryState& s = State();
   std::lock_guard<std::mutex> lock(s.mutex);

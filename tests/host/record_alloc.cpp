@@ -49,6 +49,12 @@ void FailRecordAllocation(int nth) {
   s.fail_countdown = nth > 0 ? nth : 0;
 }
 
+bool RecordFailureArmed() {
+  RecordState& s = State();
+  std::lock_guard<std::mutex> lock(s.mutex);
+  return s.fail_countdown > 0;
+}
+
 size_t LiveRecords() {
   RecordState& s = State();
   std::lock_guard<std::mutex> lock(s.mutex);
