@@ -9,6 +9,8 @@ packages=(cmake g++ make libgtest-dev libgmock-dev libbenchmark-dev
   # and its unit suites under emulation; the install check (pkg-config).
   # Debian's g++-multilib conflicts with the cross compilers.
   g++-arm-linux-gnueabihf qemu-user pkg-config
+  # the fuzz targets (libFuzzer)
+  clang libclang-rt-14-dev
   # the browser runner and its tests: QtWebKit, a virtual X server, a font
   qtbase5-dev libqt5webkit5-dev xvfb xauth fonts-dejavu-core
   "$@")
