@@ -12,9 +12,9 @@ mode=${1:-short}
 scripts/setup.sh clang libclang-rt-14-dev
 CC=clang CXX=clang++ cmake -S . -B build-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo \
   -DORVANE_SANITIZE=ON -DORVANE_FUZZ=ON >/dev/null
-cmake --build build-fuzz -j2 --target fuzz_script_surface fuzz_style fuzz_url
-declare -A runs=([script_surface]=20000 [style]=50000 [url]=100000)
-for target in script_surface style url; do
+cmake --build build-fuzz -j2 --target fuzz_script_surface fuzz_instance fuzz_style fuzz_url
+declare -A runs=([script_surface]=20000 [instance]=20000 [style]=50000 [url]=100000)
+for target in script_surface instance style url; do
   dict=""
   [ -f "fuzz/$target.dict" ] && dict="-dict=fuzz/$target.dict"
   work=$(mktemp -d)
