@@ -11,3 +11,6 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE BOTH)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+# GCC notes that a parameter passing changed in GCC 7.1 (nothing here
+# links code built by an older compiler).
+set(CMAKE_CXX_FLAGS_INIT "-Wno-psabi")
