@@ -163,10 +163,27 @@ void EventsWatchHandedOutList(RecordList* list) {
   }
 }
 
+// The handed-out objects of `instance` that receive events receive no more,
+// and let their listeners go: a page may have made one its own listener, a
+// cycle that nothing else would break. Letting a listener go may free
+// records of the list, so each round starts again from its head.
+namespace {
+
+void OrphanHandedOut(RecordList* list, NPP instance) {
+  for (;;) {
+    ObjectRecord* r = list->head();
+    while (r && !(r->instance == instance && (!r->orphaned || r->listeners))) r = r->next;
+    if (!r) return;
+    r->orphaned = true;
+    NP_UtilsFreeAllEventListeners(r);
+  }
+}
+
+}  // namespace
+
 void EventsInstanceDestroyed(NPP instance, NPP next) {
   for (RecordList* list : g_watched)
-    for (ObjectRecord* r = list ? list->head() : nullptr; r; r = r->next)
-      if (r->instance == instance) r->orphaned = true;
+    if (list) OrphanHandedOut(list, instance);
   NPP expected = instance;
   if (!g_post_instance.compare_exchange_strong(expected, next)) return;
   // Calls already asked of the instance that goes may never run.

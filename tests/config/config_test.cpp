@@ -111,6 +111,19 @@ TEST_F(ConfigTest, LocalSystemIdentityPvrAndItsStatusEvents) {
   host::Funcs()->releaseobject(f);
 }
 
+// Found by the script-surface fuzzer: an object that is its own listener
+// holds itself; when its instance goes, its listeners go with it.
+TEST_F(ConfigTest, ALocalSystemListeningToItselfGoesWithThePage) {
+  NPObject* config = OpenConfiguration();
+  NPVariant local = host::Void();
+  ASSERT_TRUE(host::Get(npp_, config, "localSystem", &local));
+  ASSERT_TRUE(host::Set(npp_, local.value.objectValue, "onPvrStatusChange", local));
+  NPVariant r = host::Void();
+  host::Invoke(npp_, local.value.objectValue, "addEventListener", {host::Str(""), local}, &r);
+  host::Release(&local);  // only its own listener list holds it now
+  DestroyPlugin(npp_);    // the fixture's leak checks follow
+}
+
 TEST_F(ConfigTest, NetworkInterfacesAreNewObjectsWithStatusEvents) {
   NPObject* config = OpenConfiguration();
   NPObject* local = Read(config, "localSystem").value.objectValue;
