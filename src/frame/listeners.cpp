@@ -7,8 +7,11 @@
 
 namespace {
 
+// An object whose instance went receives no events: it takes no listeners
+// either (one could hold the object itself, a cycle nothing would break).
 Listener* Add(ObjectRecord* record, const NPVariant* listener, uint32_t event, int32_t slot) {
-  if (!listener || listener->type != NPVariantType_Object || !listener->value.objectValue)
+  if (!listener || listener->type != NPVariantType_Object || !listener->value.objectValue ||
+      record->orphaned)
     return nullptr;
   Listener* l = static_cast<Listener*>(NPN_MemAlloc(sizeof(Listener)));
   if (!l) return nullptr;

@@ -124,6 +124,19 @@ TEST_F(ConfigTest, ALocalSystemListeningToItselfGoesWithThePage) {
   DestroyPlugin(npp_);    // the fixture's leak checks follow
 }
 
+// The same when the page makes the cycle after the instance went: an object
+// that receives no more events takes no listeners.
+TEST_F(ConfigTest, ALocalSystemWhoseInstanceWentTakesNoListeners) {
+  NPObject* config = OpenConfiguration();
+  NPVariant local = host::Void();
+  ASSERT_TRUE(host::Get(npp_, config, "localSystem", &local));
+  DestroyPlugin(npp_);
+  EXPECT_TRUE(host::Set(npp_, local.value.objectValue, "onPvrStatusChange", local));
+  NPVariant r = host::Void();
+  EXPECT_FALSE(host::Get(npp_, local.value.objectValue, "onPvrStatusChange", &r));
+  host::Release(&local);
+}
+
 TEST_F(ConfigTest, NetworkInterfacesAreNewObjectsWithStatusEvents) {
   NPObject* config = OpenConfiguration();
   NPObject* local = Read(config, "localSystem").value.objectValue;
