@@ -15,17 +15,6 @@ enum Method { kShow, kHide, kCreateApplication, kDestroyApplication };
 const char* const kPropertyNames[] = {"privateData"};
 const char* const kMethodNames[] = {"show", "hide", "createApplication", "destroyApplication"};
 
-// A script value as a flag: booleans as they are, numbers when non-zero,
-// anything else false.
-bool Flag(const NPVariant& v) {
-  switch (v.type) {
-    case NPVariantType_Bool: return v.value.boolValue;
-    case NPVariantType_Int32: return v.value.intValue != 0;
-    case NPVariantType_Double: return v.value.doubleValue != 0;
-    default: return false;
-  }
-}
-
 // Starts the application at `uri` (made absolute against the page) from
 // application `r`; the result is its new Application object or null.
 void CreateApplication(ObjectRecord* r, const NPVariant& uri, bool child, NPVariant* result) {
@@ -56,7 +45,7 @@ struct Application : HandedOutKind<Application> {
         return true;
       case kCreateApplication:
         if (count < 2) return false;
-        CreateApplication(r, args[0], Flag(args[1]), result);
+        CreateApplication(r, args[0], ArgFlag(args[1]), result);
         return true;
       case kDestroyApplication:
         // The handle is not released afterwards: a destroyed application's

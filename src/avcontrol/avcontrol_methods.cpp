@@ -63,10 +63,7 @@ bool Queue(AVControlRecord* r, const NPVariant* args, uint32_t count) {
 
 bool SetFullScreen(AVControlRecord* r, const NPVariant* args, uint32_t count) {
   if (count != 1) return true;
-  const NPVariant& v = args[0];
-  bool flag = v.type == NPVariantType_Bool ? v.value.boolValue
-              : v.type == NPVariantType_Int32 ? v.value.intValue != 0
-              : v.type == NPVariantType_Double && v.value.doubleValue != 0;
+  bool flag = ArgFlag(args[0]);
   MwAVSetFullScreen(r->handle, flag ? 1 : 0);
   // Full screen is a fixed 1280x720; back is the last place and size stored.
   if (flag)

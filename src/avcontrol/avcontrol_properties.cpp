@@ -10,16 +10,6 @@
 
 namespace {
 
-// A script value as a flag: booleans as they are, numbers when non-zero.
-bool Flag(const NPVariant& v) {
-  switch (v.type) {
-    case NPVariantType_Bool: return v.value.boolValue;
-    case NPVariantType_Int32: return v.value.intValue != 0;
-    case NPVariantType_Double: return v.value.doubleValue != 0;
-    default: return false;
-  }
-}
-
 bool Int(int32_t value, NPVariant* result) {
   SetInt(result, value);
   return true;
@@ -105,7 +95,7 @@ bool AVControlSetProperty(NPObject* object, NPIdentifier id, const NPVariant* va
       if (!NP_UtilsGetU32BIT(value, &number)) return false;
       MwAVSetCurrentTrackIndex(r->handle, number);
       return true;
-    case kPropPersist: MwAVSetPersist(r->handle, Flag(*value) ? 1 : 0); return true;
+    case kPropPersist: MwAVSetPersist(r->handle, ArgFlag(*value) ? 1 : 0); return true;
     case kPropWidth: return SetSize(r, *value, true);
     case kPropHeight: return SetSize(r, *value, false);
     default:

@@ -94,3 +94,12 @@ int NP_UtilsStringIsNumeric(const char* text) {
     if (*text < '0' || *text > '9') return 0;
   return 1;
 }
+
+bool ArgFlag(const NPVariant& v) {
+  switch (v.type) {
+    case NPVariantType_Bool: return v.value.boolValue;
+    case NPVariantType_Int32: return v.value.intValue != 0;
+    case NPVariantType_Double: return v.value.doubleValue != 0;
+    default: return false;
+  }
+}

@@ -28,6 +28,9 @@ int NP_UtilsStringIsNumeric(const char* text);
 // Helpers on script arguments.
 inline bool IsString(const NPVariant& v) { return v.type == NPVariantType_String; }
 inline bool IsObject(const NPVariant& v) { return v.type == NPVariantType_Object && v.value.objectValue; }
+// A script value as a flag: booleans as they are, numbers when non-zero,
+// anything else false.
+bool ArgFlag(const NPVariant& v);
 // The characters of a String argument as an MwString (borrowed).
 inline MwString ArgString(const NPVariant& v) {
   return MwString{v.value.stringValue.UTF8Length, v.value.stringValue.UTF8Characters};
