@@ -219,9 +219,6 @@ void AVControl_onSelectedComponentChanged(MwHandle player, int32_t componentType
 void AVControl_onDRMRightsError(MwHandle player, int32_t errorState, MwHandle contentId,
                                 MwHandle drmSystemId, MwHandle rightsIssuerUrl) {
   PendingEvent ev = Event(player, DeliverRightsError, kEventDRMRightsError);
-  ev.numbers[0] = errorState;
-  ev.owned[0] = contentId;
-  ev.owned[1] = drmSystemId;
-  ev.owned[2] = rightsIssuerUrl;
+  CaptureRightsError(&ev, errorState, contentId, drmSystemId, rightsIssuerUrl);
   PostEvent(ev);
 }

@@ -187,10 +187,7 @@ void Broadcast_onPlayPositionChanged(MwHandle broadcast, int32_t position) {
 void Broadcast_onDRMRightsError(MwHandle broadcast, int32_t errorState, MwHandle contentId,
                                 MwHandle drmSystemId, MwHandle rightsIssuerUrl) {
   PendingEvent ev = Event(broadcast, DeliverRightsError, kEventDRMRightsError);
-  ev.numbers[0] = errorState;
-  ev.owned[0] = contentId;
-  ev.owned[1] = drmSystemId;
-  ev.owned[2] = rightsIssuerUrl;
+  CaptureRightsError(&ev, errorState, contentId, drmSystemId, rightsIssuerUrl);
   PostEvent(ev);
 }
 

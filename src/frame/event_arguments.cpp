@@ -34,3 +34,11 @@ void DeliverRightsError(ObjectRecord* target, PendingEvent* ev) {
   TakeStringOrVoid(ev, 2, &args[3]);
   DeliverToListeners(target, ev->event, args, 4);
 }
+
+void CaptureRightsError(PendingEvent* ev, int32_t errorState, MwHandle contentId,
+                        MwHandle drmSystemId, MwHandle rightsIssuerUrl) {
+  ev->numbers[0] = errorState;
+  ev->owned[0] = contentId;
+  ev->owned[1] = drmSystemId;
+  ev->owned[2] = rightsIssuerUrl;
+}

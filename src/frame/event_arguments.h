@@ -13,5 +13,9 @@ void DeliverOneInt(ObjectRecord* target, PendingEvent* event);
 // (undefined when none), owned[1] the DRM system id (always converted),
 // owned[2] the rights issuer URL (undefined when none).
 void DeliverRightsError(ObjectRecord* target, PendingEvent* event);
+// Puts a rights error's values where DeliverRightsError reads them; the
+// strings are taken over by the event.
+void CaptureRightsError(PendingEvent* event, int32_t errorState, MwHandle contentId,
+                        MwHandle drmSystemId, MwHandle rightsIssuerUrl);
 
 #endif
