@@ -106,12 +106,10 @@ void PlaceDebugObject(NPP instance) {
   NPN_ReleaseObject(debug);
 }
 
-ObjectRecord* CreateInstance(NPP instance, const ElementAttributes&) {
+AppMgrRecord* CreateWithDebugObject(NPP instance) {
   PlaceDebugObject(instance);
   return ApplicationManagerCreate(instance);
 }
-
-void DestroyManager(ObjectRecord* r) { ApplicationManagerDestroy(static_cast<AppMgrRecord*>(r)); }
 
 void DeliverLowMemory(ObjectRecord* target, PendingEvent*) {
   if (target) DeliverToListeners(target, kLowMemory, nullptr, 0);
@@ -128,10 +126,9 @@ void DeliverLoadError(ObjectRecord* target, PendingEvent*) {
 
 }  // namespace
 
-extern const InstanceKind kApplicationManagerKind = {
-    "application/oipfapplicationmanager", kKindApplicationManager, CreateInstance, DestroyManager,
-    nullptr, nullptr, false, false, nullptr, nullptr, &g_managers,
-};
+extern const InstanceKind kApplicationManagerKind =
+    ScriptObjectKind<CreateWithDebugObject, ApplicationManagerDestroy>(
+        "application/oipfapplicationmanager", kKindApplicationManager, &g_managers);
 
 AppMgrRecord* ApplicationManagerCreate(NPP instance) {
   return OpenInstance<ApplicationManager>(instance, kKindApplicationManager, MwAppManagerCreate);

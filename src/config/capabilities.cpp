@@ -67,15 +67,10 @@ struct Capabilities : HandleWithObjectKind<Capabilities, CapabilitiesRecord> {
   }
 };
 
-ObjectRecord* CreateInstance(NPP instance, const ElementAttributes&) { return CapabilityCreate(instance); }
-void DestroyCapabilities(ObjectRecord* r) { CapabilityDestroy(static_cast<CapabilitiesRecord*>(r)); }
-
 }  // namespace
 
-extern const InstanceKind kCapabilitiesKind = {
-    "application/oipfcapabilities", kKindCapabilities, CreateInstance, DestroyCapabilities,
-    nullptr, nullptr, false, false, nullptr, nullptr, &g_capabilities,
-};
+extern const InstanceKind kCapabilitiesKind = ScriptObjectKind<CapabilityCreate, CapabilityDestroy>(
+    "application/oipfcapabilities", kKindCapabilities, &g_capabilities);
 
 CapabilitiesRecord* CapabilityCreate(NPP instance) {
   return OpenInstance<Capabilities>(instance, kKindCapabilities, MwCapabilitiesOpen);

@@ -108,15 +108,11 @@ struct OipfConfiguration : HandleWithObjectKind<OipfConfiguration, OipfConfigura
   }
 };
 
-ObjectRecord* CreateInstance(NPP instance, const ElementAttributes&) { return OipfConfigurationCreate(instance); }
-void DestroyConfiguration(ObjectRecord* r) { OipfConfigurationDestroy(static_cast<OipfConfigurationRecord*>(r)); }
-
 }  // namespace
 
-extern const InstanceKind kConfigurationKind = {
-    "application/oipfconfiguration", kKindConfiguration, CreateInstance, DestroyConfiguration,
-    nullptr, nullptr, false, false, nullptr, nullptr, &g_configurations,
-};
+extern const InstanceKind kConfigurationKind =
+    ScriptObjectKind<OipfConfigurationCreate, OipfConfigurationDestroy>(
+        "application/oipfconfiguration", kKindConfiguration, &g_configurations);
 
 OipfConfigurationRecord* OipfConfigurationCreate(NPP instance) {
   return OpenInstance<OipfConfiguration>(instance, kKindConfiguration, MwConfigurationOpen);

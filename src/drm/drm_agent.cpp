@@ -79,9 +79,6 @@ struct DrmAgent : InstanceKindBase<DrmAgent, DrmAgentRecord> {
   }
 };
 
-ObjectRecord* CreateInstance(NPP instance, const ElementAttributes&) { return OipfDrmAgentCreate(instance); }
-void DestroyAgent(ObjectRecord* r) { OipfDrmAgentDestroy(static_cast<DrmAgentRecord*>(r)); }
-
 // Browser's thread: the answer to a message (id, answer, code).
 void DeliverMessageResult(ObjectRecord* target, PendingEvent* ev) {
   if (!target) return;
@@ -105,10 +102,8 @@ void DeliverSystemMessage(ObjectRecord* target, PendingEvent* ev) {
 
 }  // namespace
 
-extern const InstanceKind kDrmAgentKind = {
-    "application/oipfdrmagent", kKindDrmAgent, CreateInstance, DestroyAgent,
-    nullptr, nullptr, false, false, nullptr, nullptr, &g_agents,
-};
+extern const InstanceKind kDrmAgentKind = ScriptObjectKind<OipfDrmAgentCreate, OipfDrmAgentDestroy>(
+    "application/oipfdrmagent", kKindDrmAgent, &g_agents);
 
 DrmAgentRecord* OipfDrmAgentCreate(NPP instance) {
   return OpenInstance<DrmAgent>(instance, kKindDrmAgent, MwDrmAgentCreate);

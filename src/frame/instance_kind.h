@@ -33,6 +33,33 @@ struct InstanceKind {
   RecordList* list;  // the kind's records; null for a kind that keeps none
 };
 
+namespace instance_kind_detail {
+template <class F>
+struct Takes;
+template <class R>
+struct Takes<void (*)(R*)> {
+  using Record = R;
+};
+template <auto Create>
+ObjectRecord* CreateFor(NPP instance, const ElementAttributes&) {
+  return Create(instance);
+}
+template <auto Destroy>
+void DestroyRecord(ObjectRecord* r) {
+  Destroy(static_cast<typename Takes<decltype(Destroy)>::Record*>(r));
+}
+}  // namespace instance_kind_detail
+
+// A kind that is only a script object over its record: no window, no
+// streams, no element attributes. Create(NPP) makes the record (null on
+// failure), Destroy(record) takes it down.
+template <auto Create, auto Destroy>
+constexpr InstanceKind ScriptObjectKind(const char* mime, uint32_t kind, RecordList* list) {
+  return {mime, kind, instance_kind_detail::CreateFor<Create>,
+          instance_kind_detail::DestroyRecord<Destroy>, nullptr, nullptr, false, false,
+          nullptr, nullptr, list};
+}
+
 // The kinds in the order their MIME types are compared; null-terminated.
 extern const InstanceKind* const g_instance_kinds[];
 

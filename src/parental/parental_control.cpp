@@ -27,17 +27,11 @@ struct ParentalControl : HandleWithObjectKind<ParentalControl, ParentalControlRe
   }
 };
 
-ObjectRecord* CreateInstance(NPP instance, const ElementAttributes&) {
-  return OipfParentalControlManagerCreate(instance);
-}
-void DestroyManager(ObjectRecord* r) { OipfParentalControlManagerDestroy(static_cast<ParentalControlRecord*>(r)); }
-
 }  // namespace
 
-extern const InstanceKind kParentalControlKind = {
-    "application/oipfparentalcontrolmanager", kKindParentalControlManager, CreateInstance,
-    DestroyManager, nullptr, nullptr, false, false, nullptr, nullptr, &g_managers,
-};
+extern const InstanceKind kParentalControlKind =
+    ScriptObjectKind<OipfParentalControlManagerCreate, OipfParentalControlManagerDestroy>(
+        "application/oipfparentalcontrolmanager", kKindParentalControlManager, &g_managers);
 
 ParentalControlRecord* OipfParentalControlManagerCreate(NPP instance) {
   return OpenInstance<ParentalControl>(instance, kKindParentalControlManager, MwParentalControlOpen);

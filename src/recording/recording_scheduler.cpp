@@ -91,15 +91,11 @@ struct RecordingScheduler : HandleWithObjectKind<RecordingScheduler, RecordingSc
   }
 };
 
-ObjectRecord* CreateInstance(NPP instance, const ElementAttributes&) { return OipfRecordingSchedulerCreate(instance); }
-void DestroyScheduler(ObjectRecord* r) { OipfRecordingSchedulerDestroy(static_cast<RecordingSchedulerRecord*>(r)); }
-
 }  // namespace
 
-extern const InstanceKind kRecordingSchedulerKind = {
-    "application/oipfrecordingscheduler", kKindRecordingScheduler, CreateInstance, DestroyScheduler,
-    nullptr, nullptr, false, false, nullptr, nullptr, &g_schedulers,
-};
+extern const InstanceKind kRecordingSchedulerKind =
+    ScriptObjectKind<OipfRecordingSchedulerCreate, OipfRecordingSchedulerDestroy>(
+        "application/oipfrecordingscheduler", kKindRecordingScheduler, &g_schedulers);
 
 RecordingSchedulerRecord* OipfRecordingSchedulerCreate(NPP instance) {
   return OpenInstance<RecordingScheduler>(instance, kKindRecordingScheduler, MwRecordingSchedulerOpen);

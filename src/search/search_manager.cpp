@@ -66,9 +66,6 @@ struct SearchManager : InstanceKindBase<SearchManager, SearchManagerRecord> {
   }
 };
 
-ObjectRecord* CreateInstance(NPP instance, const ElementAttributes&) { return SearchManagerCreate(instance); }
-void DestroyManager(ObjectRecord* r) { SearchManagerDestroy(static_cast<SearchManagerRecord*>(r)); }
-
 // Browser's thread: the search's object (the live one, or a new one) and the state.
 void DeliverSearch(ObjectRecord* target, PendingEvent* ev) {
   if (!target) return;
@@ -84,10 +81,8 @@ void DeliverSearch(ObjectRecord* target, PendingEvent* ev) {
 
 }  // namespace
 
-extern const InstanceKind kSearchManagerKind = {
-    "application/oipfsearchmanager", kKindSearchManager, CreateInstance, DestroyManager,
-    nullptr, nullptr, false, false, nullptr, nullptr, &g_managers,
-};
+extern const InstanceKind kSearchManagerKind = ScriptObjectKind<SearchManagerCreate, SearchManagerDestroy>(
+    "application/oipfsearchmanager", kKindSearchManager, &g_managers);
 
 SearchManagerRecord* SearchManagerCreate(NPP instance) {
   return OpenInstance<SearchManager>(instance, kKindSearchManager, MwSearchManagerOpen);
