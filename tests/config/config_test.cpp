@@ -7,82 +7,51 @@
 
 #include "config/configuration.h"
 #include "host/fixture.h"
-#include "host/internal.h"
 #include "sim/config_sim.h"
 #include "sim/description.h"
 #include "sim/sim.h"
 
 namespace {
 
-class ConfigTest : public OrvaneTest {
+class ConfigTest : public ScriptTest {
  protected:
   void SetUp() override {
-    OrvaneTest::SetUp();
+    ScriptTest::SetUp();
     sim::SetAutoEvents(false);
-  }
-  void TearDown() override {
-    for (NPObject* o : held_) host::Funcs()->releaseobject(o);
-    host::detail::ResetFunctions();
-    OrvaneTest::TearDown();
-  }
-  // Reads `name` of `o`; the value is kept (and released at the end).
-  NPVariant Read(NPObject* o, const char* name, bool* ok = nullptr) {
-    NPVariant v = host::Void();
-    bool got = host::Get(npp_, o, name, &v);
-    if (ok) *ok = got;
-    if (v.type == NPVariantType_Object) held_.push_back(v.value.objectValue);
-    return v;
-  }
-  std::string Text(NPObject* o, const char* name) {
-    NPVariant v = host::Void();
-    host::Get(npp_, o, name, &v);
-    std::string s = host::AsString(v);
-    host::Release(&v);
-    return s;
-  }
-  NPVariant Call(NPObject* o, const char* method, std::vector<NPVariant> args, bool* ok = nullptr) {
-    NPVariant v = host::Void();
-    bool done = host::Invoke(npp_, o, method, args, &v);
-    if (ok) *ok = done;
-    if (v.type == NPVariantType_Object) held_.push_back(v.value.objectValue);
-    return v;
   }
   NPObject* OpenConfiguration() {
     npp_ = NewPlugin("application/oipfconfiguration");
     return Scriptable(npp_);
   }
-
-  NPP npp_ = nullptr;
-  std::vector<NPObject*> held_;
 };
 
 TEST_F(ConfigTest, PreferencesComeFromTheCurrentConfigurationObject) {
   ASSERT_TRUE(sim::LoadDescriptionText(
       R"({"preferences": {"audioLanguage": "deu", "voiceControl": 2, "speechDescription": 1}})", nullptr));
   NPObject* config = OpenConfiguration();
-  NPObject* first = Read(config, "configuration").value.objectValue;
-  NPObject* second = Read(config, "configuration").value.objectValue;
+  NPObject* first = Get(config, "configuration").value.objectValue;
+  NPObject* second = Get(config, "configuration").value.objectValue;
   ASSERT_TRUE(first && second);
   EXPECT_NE(first, second) << "every read makes a new object";
   EXPECT_EQ(second, conf_np_obj);
   EXPECT_EQ("deu", Text(first, "preferredAudioLanguage"));
   EXPECT_EQ("GBR", Text(second, "countryId"));
-  EXPECT_EQ(NPVariantType_Void, Read(first, "voiceControlEnabled").type) << "not supported: undefined";
-  EXPECT_TRUE(Read(first, "speechDescriptionEnabled").value.boolValue);
+  EXPECT_EQ(NPVariantType_Void, Get(first, "voiceControlEnabled").type) << "not supported: undefined";
+  EXPECT_TRUE(Get(first, "speechDescriptionEnabled").value.boolValue);
   bool ok = true;
-  Read(first, "postcode", &ok);
+  Get(first, "postcode", &ok);
   EXPECT_FALSE(ok) << "a receiver without a postcode fails the read";
   EXPECT_FALSE(host::Set(npp_, first, "preferredAudioLanguage", host::Str("fra")));
 }
 
 TEST_F(ConfigTest, LocalSystemIdentityPvrAndItsStatusEvents) {
   NPObject* config = OpenConfiguration();
-  NPObject* local = Read(config, "localSystem").value.objectValue;
+  NPObject* local = Get(config, "localSystem").value.objectValue;
   ASSERT_NE(nullptr, local);
-  EXPECT_EQ(local, Read(config, "localSystem").value.objectValue) << "one object per local system";
+  EXPECT_EQ(local, Get(config, "localSystem").value.objectValue) << "one object per local system";
   EXPECT_EQ("ORV-SIM-0001", Text(local, "deviceID"));
   EXPECT_EQ("OITF_HD_UIPROF+DVB_T+TRICKMODE+PVR+DRM", Text(local, "oipfProfile"));
-  EXPECT_TRUE(Read(local, "pvrEnabled").value.boolValue);
+  EXPECT_TRUE(Get(local, "pvrEnabled").value.boolValue);
 
   NPObject* f = host::NewFunction("f");
   bool ok = false;
@@ -94,14 +63,14 @@ TEST_F(ConfigTest, LocalSystemIdentityPvrAndItsStatusEvents) {
   host::Pump();
   ASSERT_EQ(1u, host::Calls(f).size());
   EXPECT_EQ(3, host::Calls(f)[0].args[0].value.intValue);
-  Read(local, "onPvrStatusChange", &ok);
+  Get(local, "onPvrStatusChange", &ok);
   EXPECT_FALSE(ok) << "not set through the property";
 
   // Without a PVR there is no status.
   ASSERT_TRUE(sim::LoadDescriptionText(R"({"pvr": {"enabled": false}})", nullptr));
-  Read(local, "pvrStatus", &ok);
+  Get(local, "pvrStatus", &ok);
   EXPECT_FALSE(ok);
-  EXPECT_FALSE(Read(local, "pvrEnabled").value.boolValue);
+  EXPECT_FALSE(Get(local, "pvrEnabled").value.boolValue);
 
   // Once the instance went, its local system object receives no events.
   DestroyPlugin(npp_);
@@ -139,16 +108,16 @@ TEST_F(ConfigTest, ALocalSystemWhoseInstanceWentTakesNoListeners) {
 
 TEST_F(ConfigTest, NetworkInterfacesAreNewObjectsWithStatusEvents) {
   NPObject* config = OpenConfiguration();
-  NPObject* local = Read(config, "localSystem").value.objectValue;
-  NPObject* list = Read(local, "networkInterfaces").value.objectValue;
+  NPObject* local = Get(config, "localSystem").value.objectValue;
+  NPObject* list = Get(local, "networkInterfaces").value.objectValue;
   ASSERT_NE(nullptr, list);
-  EXPECT_EQ(1, Read(list, "length").value.intValue);
+  EXPECT_EQ(1, Get(list, "length").value.intValue);
   NPObject* eth = Call(list, "item", {host::Int(0)}).value.objectValue;
   NPObject* again = Call(list, "item", {host::Int(0)}).value.objectValue;
   ASSERT_TRUE(eth && again);
   EXPECT_NE(eth, again) << "each read makes a new object";
   EXPECT_EQ("192.0.2.10", Text(eth, "ipAddress"));
-  EXPECT_TRUE(Read(eth, "connected").value.boolValue);
+  EXPECT_TRUE(Get(eth, "connected").value.boolValue);
   EXPECT_FALSE(host::Set(npp_, eth, "enabled", host::Bool(false)));
 
   // The newest object of the interface gets its events.
@@ -161,7 +130,7 @@ TEST_F(ConfigTest, NetworkInterfacesAreNewObjectsWithStatusEvents) {
   host::Pump();
   ASSERT_EQ(1u, host::Calls(f).size());
   EXPECT_EQ(0, host::Calls(f)[0].args[0].value.intValue);
-  EXPECT_FALSE(Read(again, "connected").value.boolValue);
+  EXPECT_FALSE(Get(again, "connected").value.boolValue);
   host::Funcs()->releaseobject(f);
 }
 
@@ -170,12 +139,12 @@ TEST_F(ConfigTest, CapabilitiesAsThePagesOwnDocument) {
       "extensions": ["+DL", "PVR"], "extraHDVideoDecodes": 2}})", nullptr));
   npp_ = NewPlugin("application/oipfcapabilities");
   NPObject* caps = Scriptable(npp_);
-  NPObject* document = Read(caps, "xmlCapabilities").value.objectValue;
+  NPObject* document = Get(caps, "xmlCapabilities").value.objectValue;
   ASSERT_NE(nullptr, document);
   std::string xml = host::ParsedText(document);
   EXPECT_NE(std::string::npos, xml.find("<ui_profile name=\"OITF_SD_UIPROF+DL+PVR\"/>")) << xml;
-  EXPECT_NE(document, Read(caps, "xmlCapabilities").value.objectValue) << "each read parses afresh";
-  EXPECT_EQ(2, Read(caps, "extraHDVideoDecodes").value.intValue);
+  EXPECT_NE(document, Get(caps, "xmlCapabilities").value.objectValue) << "each read parses afresh";
+  EXPECT_EQ(2, Get(caps, "extraHDVideoDecodes").value.intValue);
   EXPECT_FALSE(host::Set(npp_, caps, "extraHDVideoDecodes", host::Int(3)));
 
   EXPECT_TRUE(Call(caps, "hasCapability", {host::Str("+PVR")}).value.boolValue);

@@ -1,5 +1,6 @@
 #include "host/fixture.h"
 
+#include "host/internal.h"
 #include "sim/sim.h"
 
 void OrvaneTest::SetUp() {
@@ -94,4 +95,38 @@ void OrvaneTest::DestroyPlugin(NPP npp) {
   host::InstanceDestroyed(npp);
   if (instance.scriptable) host::Funcs()->releaseobject(instance.scriptable);
   instance.scriptable = nullptr;
+}
+
+void ScriptTest::TearDown() {
+  for (NPVariant& v : held_) host::Release(&v);
+  held_.clear();
+  host::detail::ResetFunctions();
+  OrvaneTest::TearDown();
+}
+
+NPVariant ScriptTest::Keep(NPVariant v) {
+  held_.push_back(v);
+  return v;
+}
+
+NPVariant ScriptTest::Get(NPObject* o, const char* name, bool* ok) {
+  NPVariant v = host::Void();
+  bool got = host::Get(npp_, o, name, &v);
+  if (ok) *ok = got;
+  return Keep(v);
+}
+
+NPVariant ScriptTest::Call(NPObject* o, const char* method, std::vector<NPVariant> args, bool* ok) {
+  NPVariant v = host::Void();
+  bool done = host::Invoke(npp_, o, method, args, &v);
+  if (ok) *ok = done;
+  return Keep(v);
+}
+
+std::string ScriptTest::Text(NPObject* o, const char* name) {
+  NPVariant v = host::Void();
+  host::Get(npp_, o, name, &v);
+  std::string s = host::AsString(v);
+  host::Release(&v);
+  return s;
 }

@@ -65,4 +65,23 @@ class OrvaneTest : public ::testing::Test {
   bool initialized_ = false;
 };
 
+// A fixture that scripts the objects of one instance (npp_). What reads and
+// calls return is kept and released when the test ends, before the leak
+// checks; so are the objects the page's functions were called with.
+class ScriptTest : public OrvaneTest {
+ protected:
+  void TearDown() override;
+
+  NPVariant Keep(NPVariant v);
+  // A property read; `ok` receives the getProperty result.
+  NPVariant Get(NPObject* o, const char* name, bool* ok = nullptr);
+  // A method call; `ok` receives the invoke result.
+  NPVariant Call(NPObject* o, const char* method, std::vector<NPVariant> args, bool* ok = nullptr);
+  // The String content of a property ("" for other values), not kept.
+  std::string Text(NPObject* o, const char* name);
+
+  NPP npp_ = nullptr;
+  std::vector<NPVariant> held_;
+};
+
 #endif

@@ -5,39 +5,13 @@
 #include <vector>
 
 #include "host/fixture.h"
-#include "host/internal.h"
 #include "parental/parental_control.h"
 #include "sim/description.h"
 #include "sim/sim.h"
 
 namespace {
 
-class ParentalControlTest : public OrvaneTest {
- protected:
-  void TearDown() override {
-    for (NPVariant& v : held_) host::Release(&v);
-    host::detail::ResetFunctions();
-    OrvaneTest::TearDown();
-  }
-  NPVariant Keep(NPVariant v) {
-    held_.push_back(v);
-    return v;
-  }
-  NPVariant Get(NPObject* o, const char* name, bool* ok = nullptr) {
-    NPVariant v = host::Void();
-    bool got = host::Get(npp_, o, name, &v);
-    if (ok) *ok = got;
-    return Keep(v);
-  }
-  NPVariant Call(NPObject* o, const char* method, std::vector<NPVariant> args, bool* ok = nullptr) {
-    NPVariant v = host::Void();
-    bool done = host::Invoke(npp_, o, method, args, &v);
-    if (ok) *ok = done;
-    return Keep(v);
-  }
-  NPP npp_ = nullptr;
-  std::vector<NPVariant> held_;
-};
+using ParentalControlTest = ScriptTest;
 
 TEST_F(ParentalControlTest, SchemesWithTheirValuesIconsAndThreshold) {
   ASSERT_TRUE(sim::LoadDescriptionText(R"({"ratingSchemes": [

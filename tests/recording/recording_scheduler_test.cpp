@@ -5,41 +5,30 @@
 #include <vector>
 
 #include "host/fixture.h"
-#include "host/internal.h"
 #include "sim/broadcast_sim.h"
 #include "sim/recording_sim.h"
 #include "sim/sim.h"
 
 namespace {
 
-class RecordingSchedulerTest : public OrvaneTest {
+class RecordingSchedulerTest : public ScriptTest {
  protected:
   void SetUp() override {
-    OrvaneTest::SetUp();
+    ScriptTest::SetUp();
     sim::SetAutoEvents(false);
     npp_ = NewPlugin("application/oipfrecordingscheduler");
     pvr_ = Scriptable(npp_);
   }
-  void TearDown() override {
-    for (NPObject* o : held_) host::Funcs()->releaseobject(o);
-    host::detail::ResetFunctions();
-    OrvaneTest::TearDown();
-  }
+  // A call on the scheduler, or on `o`.
   NPVariant Call(const char* method, std::vector<NPVariant> args, bool* ok = nullptr, NPObject* o = nullptr) {
-    NPVariant v = host::Void();
-    bool done = host::Invoke(npp_, o ? o : pvr_, method, args, &v);
-    if (ok) *ok = done;
-    if (v.type == NPVariantType_Object) held_.push_back(v.value.objectValue);
-    return v;
+    return ScriptTest::Call(o ? o : pvr_, method, std::move(args), ok);
   }
   int32_t Length(NPVariant list) {
     NPVariant n = host::Void();
     host::Get(npp_, list.value.objectValue, "length", &n);
     return n.value.intValue;
   }
-  NPP npp_ = nullptr;
   NPObject* pvr_ = nullptr;
-  std::vector<NPObject*> held_;
 };
 
 TEST_F(RecordingSchedulerTest, RecordAtAndItsBadArguments) {

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "host/fixture.h"
-#include "host/internal.h"
 #include "search/search.h"
 #include "sim/description.h"
 #include "sim/search_sim.h"
@@ -13,10 +12,10 @@
 
 namespace {
 
-class SearchTest : public OrvaneTest {
+class SearchTest : public ScriptTest {
  protected:
   void SetUp() override {
-    OrvaneTest::SetUp();
+    ScriptTest::SetUp();
     ASSERT_TRUE(sim::LoadDescriptionText(R"({"channels": [
         {"name": "One", "schedule": {"count": 30, "titles": ["Morning News", "Film", "Quiz"],
                                       "genres": ["News", "Movie", "Show"], "ratings": [0, 12, 16]}},
@@ -24,27 +23,6 @@ class SearchTest : public OrvaneTest {
                                          nullptr));
     npp_ = NewPlugin("application/oipfsearchmanager");
     manager_ = Scriptable(npp_);
-  }
-  void TearDown() override {
-    for (NPVariant& v : held_) host::Release(&v);
-    host::detail::ResetFunctions();
-    OrvaneTest::TearDown();
-  }
-  NPVariant Keep(NPVariant v) {
-    held_.push_back(v);
-    return v;
-  }
-  NPVariant Call(NPObject* o, const char* method, std::vector<NPVariant> args, bool* ok = nullptr) {
-    NPVariant v = host::Void();
-    bool done = host::Invoke(npp_, o, method, args, &v);
-    if (ok) *ok = done;
-    return Keep(v);
-  }
-  NPVariant Get(NPObject* o, const char* name, bool* ok = nullptr) {
-    NPVariant v = host::Void();
-    bool got = host::Get(npp_, o, name, &v);
-    if (ok) *ok = got;
-    return Keep(v);
   }
   NPObject* Query(NPObject* search, const char* field, int comparison, const char* value) {
     return Call(search, "createQuery", {host::Str(field), host::Int(comparison), host::Str(value)}).value.objectValue;
@@ -57,9 +35,7 @@ class SearchTest : public OrvaneTest {
     host::Pump();
     return result;
   }
-  NPP npp_ = nullptr;
   NPObject* manager_ = nullptr;
-  std::vector<NPVariant> held_;
 };
 
 TEST_F(SearchTest, AQueryPagedThroughWithItsEvents) {
