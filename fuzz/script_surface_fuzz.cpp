@@ -40,6 +40,16 @@ const char* const kNames[] = {
 const char* const kStrings[] = {"", "dvb://1.2.3", "PlayStateChange", "Play", "ccid:dvbt.1", "news",
                                 "Programme.name", "http://a/b.mp4", "events.xml", "x\x01y"};
 
+// ORVANE_FUZZ_TRACE=1 prints each action of a run (to replay a finding).
+bool Tracing() {
+  static const bool on = getenv("ORVANE_FUZZ_TRACE") != nullptr;
+  return on;
+}
+#define TRACE(...) \
+  do {                                    \
+    if (Tracing()) fprintf(stderr, __VA_ARGS__); \
+  } while (0)
+
 struct Input {
   const uint8_t* p;
   size_t n;
@@ -93,7 +103,9 @@ void Event(Input& in, Page& page) {
   const MwEventCallbacks* cb = sim::Callbacks();
   MwHandle h = Target(in, page);
   int32_t n = in.Int();
-  switch (in.Byte() % 16) {
+  uint8_t which = in.Byte() % 16;
+  TRACE("event %u to %u (n %d)\n", which, h, n);
+  switch (which) {
     case 0: cb->AppMgr_onLowMemory(h); break;
     case 1: cb->AppMgr_onApplicationLoadError(h); break;
     case 2: cb->SearchManager_onMetadataSearch(h, 0, n); break;
@@ -122,7 +134,9 @@ void Event(Input& in, Page& page) {
 void Act(Input& in, Page& page) {
   NPObject* o = page.objects.empty() ? nullptr : page.objects[in.Byte() % page.objects.size()];
   NPP npp = page.instances.empty() ? page.spare : page.instances[in.Byte() % page.instances.size()];
-  switch (in.Byte() % 10) {
+  uint8_t action = in.Byte() % 10;
+  TRACE("action %u on object %p of instance %p\n", action, static_cast<void*>(o), static_cast<void*>(npp));
+  switch (action) {
     case 0: {  // a new element
       NPP made = host::NewInstance(host::NewPage());
       std::string type = in.Pick(kMimes);
@@ -135,6 +149,7 @@ void Act(Input& in, Page& page) {
         argn.push_back(&names[static_cast<size_t>(i)][0]);
         argv.push_back(&values[static_cast<size_t>(i)][0]);
       }
+      TRACE("  new %s with %d attributes\n", type.c_str(), argc);
       if (page.plugin.newp(&type[0], made, 1, argc, argn.data(), argv.data(), nullptr) != NPERR_NO_ERROR) break;
       page.instances.push_back(made);
       NPObject* scriptable = nullptr;
@@ -154,12 +169,16 @@ void Act(Input& in, Page& page) {
     case 3: {
       if (!o) break;
       NPVariant v = host::Void();
-      if (host::Get(npp, o, in.Pick(kNames), &v)) Keep(page, v);
+      const char* name = in.Pick(kNames);
+      TRACE("  get %s\n", name);
+      if (host::Get(npp, o, name, &v)) Keep(page, v);
       break;
     }
     case 4: {
       if (!o) break;
-      host::Set(npp, o, in.Pick(kNames), Value(in, page));
+      const char* name = in.Pick(kNames);
+      TRACE("  set %s\n", name);
+      host::Set(npp, o, name, Value(in, page));
       break;
     }
     case 5:
@@ -168,7 +187,9 @@ void Act(Input& in, Page& page) {
       std::vector<NPVariant> args;
       for (int i = in.Byte() % 5; i > 0; i--) args.push_back(Value(in, page));
       NPVariant v = host::Void();
-      if (host::Invoke(npp, o, in.Pick(kNames), args, &v)) Keep(page, v);
+      const char* name = in.Pick(kNames);
+      TRACE("  call %s with %zu arguments\n", name, args.size());
+      if (host::Invoke(npp, o, name, args, &v)) Keep(page, v);
       break;
     }
     case 7:  // the page lets an object go
@@ -212,7 +233,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     std::fprintf(stderr, "finding: blocks %zu bad frees %zu objects %zu reference errors %zu records %zu "
                  "held handles %zu\n%s", host::LiveBlocks(), host::BadFrees(), host::LivePluginObjects(),
                  host::ReferenceErrors(), host::LiveRecords(), sim::HeldHandles(),
-                 sim::HeldHandlesReport().c_str());
+                 (sim::HeldHandlesReport() + host::LiveBlocksReport()).c_str());
     std::abort();
   }
   return 0;

@@ -1,5 +1,6 @@
 #include "runner/options.h"
 
+#include <QColor>
 #include <QCommandLineParser>
 #include <QFileInfo>
 #include <QUrl>
@@ -25,11 +26,16 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
   QCommandLineOption print_text("print-text", "Print the text the page shows when the run ends.");
   QCommandLineOption expect_text("expect-text", "The page must show this text when the run ends, or the exit code "
                                                "is 1 (repeatable).", "text");
+  QCommandLineOption expect_console("expect-console", "Some console message must contain this text, or the exit "
+                                                     "code is 1 (repeatable).", "text");
+  QCommandLineOption expect_pixel("expect-pixel", "The screen must show this colour at X,Y when the run ends "
+                                                 "(within 8 per channel), or the exit code is 1 (repeatable).",
+                                  "X,Y,#RRGGBB");
   QCommandLineOption calls("calls", "Middleware calls and events printed: all, app (all but string and list reading, "
                                     "handle releases and paint rectangles; the default) or none.", "which");
   QCommandLineOption plugin("plugin", "The plug-in library (default: libnporvane.so of this build).", "file");
   QCommandLineOption size("size", "Screen size WxH (1280x720).", "size");
-  p.addOptions({receiver, clock_rate, keys, key_start, key_interval, screenshot, timeout, stop_on, result, print_text, expect_text, calls, plugin, size});
+  p.addOptions({receiver, clock_rate, keys, key_start, key_interval, screenshot, timeout, stop_on, result, print_text, expect_text, expect_console, expect_pixel, calls, plugin, size});
   if (!p.parse(arguments)) {
     *error = p.errorText();
     return false;
@@ -65,6 +71,15 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
   o->result = p.isSet(result);
   o->print_text = p.isSet(print_text);
   o->expect_text = p.values(expect_text);
+  o->expect_pixel = p.values(expect_pixel);
+  o->expect_console = p.values(expect_console);
+  for (const QString& e : o->expect_pixel) {
+    QStringList f = e.split(',');
+    if (f.size() != 3 || !QColor::isValidColor(f[2])) {
+      *error = "--expect-pixel takes X,Y,#RRGGBB";
+      return false;
+    }
+  }
   if (p.isSet(calls)) o->calls = p.value(calls);
   if (o->calls != "all" && o->calls != "app" && o->calls != "none") {
     *error = "--calls takes all, app or none";

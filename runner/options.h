@@ -18,6 +18,8 @@ struct Options {
   QStringList stop_on;     // end the run when a console message contains one of these
   bool print_text = false;  // print the page's text when the run ends
   QStringList expect_text;  // texts the page must show when the run ends (else exit code 1)
+  QStringList expect_console;  // texts some console message must contain (else exit code 1)
+  QStringList expect_pixel;  // "X,Y,#RRGGBB": colours the screen must show when the run ends
   bool result = false;     // the page reports PASS/FAIL/SKIP on the console; that is the exit code
   // Which middleware calls and events are printed: "all", "app" (all but the
   // reading of strings and lists, handle releases and paint rectangles) or "none".

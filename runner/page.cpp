@@ -1,11 +1,13 @@
 #include "runner/page.h"
 
 #include <QFileInfo>
+#include <QUrl>
 #include <QWebFrame>
 #include <QWebSettings>
 
 #include "runner/keys.h"
 #include "runner/log.h"
+#include "runner/page_scripts.h"
 
 Page::Page(QObject* parent) : QWebPage(parent) {
   QWebSettings* s = settings();
@@ -14,10 +16,21 @@ Page::Page(QObject* parent) : QWebPage(parent) {
   s->setAttribute(QWebSettings::LocalContentCanAccessRemoteUrls, true);
   s->setAttribute(QWebSettings::LocalContentCanAccessFileUrls, true);
   s->setAttribute(QWebSettings::DeveloperExtrasEnabled, false);
-  // Each new document of the main frame gets the receiver's key constants
-  // before its own scripts run.
-  connect(mainFrame(), &QWebFrame::javaScriptWindowObjectCleared, this,
-          [this] { mainFrame()->evaluateJavaScript(KeyConstantsScript()); });
+  // Like a receiver's browser, draw nothing for the plug-in elements that
+  // show no video (an application manager shows the page beneath it, not a
+  // black box). They keep their place and size and work as before; video
+  // and audio elements stay opaque, and the screen makes windows of them
+  // onto the video plane.
+  const QByteArray invisible =
+      "object:not([type^='video/']):not([type^='audio/']):not([type^='VIDEO/']):not([type^='AUDIO/']),"
+      "embed:not([type^='video/']):not([type^='audio/']):not([type^='VIDEO/']):not([type^='AUDIO/'])"
+      "{visibility:hidden !important}";
+  s->setUserStyleSheetUrl(QUrl("data:text/css;charset=utf-8;base64," + invisible.toBase64()));
+  // Each new document of the main frame gets the receiver's key constants,
+  // console and object factory before its own scripts run.
+  connect(mainFrame(), &QWebFrame::javaScriptWindowObjectCleared, this, [this] {
+    mainFrame()->evaluateJavaScript(KeyConstantsScript() + ConsoleScript() + ObjectFactoryScript());
+  });
 }
 
 void Page::javaScriptConsoleMessage(const QString& message, int line, const QString& source) {

@@ -93,11 +93,11 @@ void Runner::OnLoadFinished(bool ok) {
 
 bool Runner::KeyAllowed(const RemoteKey& key) {
   // A receiver gives an application only the keys of the groups its keyset
-  // holds, once it has asked for some.
+  // holds, once it has set it (to 0: no key at all).
   MwHandle app = sim::OwnerApplication(page_->mainFrame()->url().toString().toStdString());
   if (!app) return true;
-  int32_t granted = sim::Application(app).keys;
-  return granted == 0 || (granted & key.group) != 0;
+  sim::ApplicationState state = sim::Application(app);
+  return !state.keys_asked || (state.keys & key.group) != 0;
 }
 
 void Runner::NextKey() {
@@ -119,6 +119,8 @@ void Runner::NextKey() {
 }
 
 void Runner::OnConsole(const QString& message) {
+  for (const QString& text : options_.expect_console)
+    if (message.contains(text) && !console_seen_.contains(text)) console_seen_ << text;
   if (options_.result) {
     if (message.startsWith("PASS")) return Finish(0, "the page passed");
     if (message.startsWith("FAIL")) return Finish(1, "the page failed");
@@ -127,6 +129,25 @@ void Runner::OnConsole(const QString& message) {
   for (const QString& text : options_.stop_on)
     if (message.contains(text)) return Finish(0, "stop text \"" + text + "\" seen");
 }
+
+namespace {
+
+// "X,Y,#RRGGBB": whether the picture shows that colour there (within 8 per
+// channel, for the scaling of fonts and gradients); says what it saw if not.
+bool PixelShows(const QImage& shot, const QString& expected) {
+  QStringList f = expected.split(',');
+  QPoint at(f[0].toInt(), f[1].toInt());
+  QColor want(f[2]);
+  QColor seen = shot.rect().contains(at) ? shot.pixelColor(at) : QColor();
+  bool ok = seen.isValid() && qAbs(seen.red() - want.red()) <= 8 && qAbs(seen.green() - want.green()) <= 8 &&
+            qAbs(seen.blue() - want.blue()) <= 8;
+  if (!ok)
+    runlog::Line("run", QString("the screen shows %1 at %2,%3, not %4")
+                            .arg(seen.isValid() ? seen.name() : "nothing").arg(at.x()).arg(at.y()).arg(want.name()));
+  return ok;
+}
+
+}  // namespace
 
 void Runner::Finish(int code, const QString& why) {
   if (finished_) return;
@@ -143,8 +164,17 @@ void Runner::Finish(int code, const QString& why) {
       runlog::Line("run", "the page does not show \"" + expected + "\"");
       if (code == 0) code = 1;
     }
+    for (const QString& expected : options_.expect_console) {
+      if (console_seen_.contains(expected)) continue;
+      runlog::Line("run", "no console message contains \"" + expected + "\"");
+      if (code == 0) code = 1;
+    }
+    QImage shot = view_->Picture();
+    for (const QString& expected : options_.expect_pixel) {
+      if (PixelShows(shot, expected)) continue;
+      if (code == 0) code = 1;
+    }
     if (!options_.screenshot.isEmpty()) {
-      QImage shot = view_->Picture();
       bool saved = shot.save(options_.screenshot, "PNG");
       runlog::Line("run", (saved ? "screenshot " : "could not write screenshot ") + options_.screenshot);
       if (!saved && code == 0) code = 3;

@@ -36,6 +36,7 @@ class Runner : public QObject {
   bool keys_started_ = false;
   int next_key_ = 0;
   bool finished_ = false;
+  QStringList console_seen_;  // the expected console texts that came
 };
 
 #endif

@@ -163,9 +163,18 @@ void VideoPlane::PaintPlayer(QPainter& p, const Player& player) const {
   p.restore();
 }
 
+bool VideoPlane::Controlled() const {
+  for (const Video& v : videos_)
+    if (v.play_state >= 1 && v.play_state <= 3) return true;  // connecting, presenting, stopped
+  return !Players().isEmpty();
+}
+
 void VideoPlane::Paint(QPainter& p) const {
   p.fillRect(screen_, Qt::black);
   QString channel = PresentedChannelName();
+  // The service the application started over runs behind the page, full
+  // screen, until a video object takes the video (or there is none).
+  if (!Controlled() && sim::CurrentChannel()) PaintPicture(p, screen_, channel);
   for (const Video& v : videos_) {
     QRect r = Where(v);
     if (!r.isEmpty()) PaintPicture(p, r, v.play_state == 1 ? channel + " (connecting)" : channel);

@@ -1,7 +1,8 @@
-// The receiver's video plane: what each broadcast object presents and
-// where, as the middleware learns it from the plug-in (video rectangles,
-// play states, full screen), and the test picture that stands in for the
-// video: colour bars with the channel's name filling the rectangle. Video
+// The receiver's video plane: the service behind the page, what each
+// broadcast object presents and where, as the middleware learns it from the
+// plug-in (video rectangles, play states, full screen), and the test picture
+// that stands in for the video: colour bars with the channel's name filling
+// the rectangle (the whole screen for the service behind the page). Video
 // A/V control players show in the rectangle the plug-in gave them, with
 // the medium's name and a running timecode; audio players show nothing.
 #ifndef ORVANE_RUNNER_VIDEO_PLANE_H
@@ -25,9 +26,10 @@ class VideoPlane : public QObject {
   // Takes note of a middleware call or event for the plane that exists, if
   // any; callable from any thread.
   static void Observe(const sim::Call& call);
-  // The rectangles where video shows now.
+  // The rectangles of the video objects that show video now.
   QVector<QRect> Showing() const;
-  // Paints the plane: black, with the test picture in each rectangle showing.
+  // Paints the plane: black, with the test picture in each rectangle showing,
+  // or the current channel full screen while no video object controls the video.
   void Paint(QPainter& p) const;
 
  signals:
@@ -41,6 +43,7 @@ class VideoPlane : public QObject {
   };
   void Apply(const sim::Call& call);  // on the GUI thread
   QRect Where(const Video& v) const;
+  bool Controlled() const;  // a video object or player has the video
   void PaintPicture(QPainter& p, const QRect& r, const QString& channel) const;
   // A video player's rectangle and picture (empty when it shows nothing).
   struct Player {

@@ -3,8 +3,9 @@
 # UndefinedBehaviorSanitizer, built with clang into build-fuzz).
 #   scripts/fuzz.sh short       a fixed number of runs per target from its corpus
 #                               (what the test command does)
-#   scripts/fuzz.sh long [S]    S seconds per target (1200 by default); new
-#                               coverage is merged into fuzz/corpus/
+#   scripts/fuzz.sh long [S]    10 million runs or S seconds per target (1200 by
+#                               default), whichever comes first; new coverage is
+#                               merged into fuzz/corpus/
 # A finding stops the run and leaves its input as crash-* or leak-*.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -20,8 +21,8 @@ for target in script_surface instance style url; do
   work=$(mktemp -d)
   cp -r "fuzz/corpus/$target/." "$work/"
   if [ "$mode" = long ]; then
-    build-fuzz/fuzz/fuzz_$target $dict -max_total_time="${2:-1200}" -print_final_stats=1 "$work" \
-      2>&1 | grep -E "^stat::|DONE|ERROR" || true
+    build-fuzz/fuzz/fuzz_$target $dict -runs=10000000 -max_total_time="${2:-1200}" -print_final_stats=1 -close_fd_mask=2 \
+      "$work" 2>&1 | grep -E "^stat::|DONE|==ERROR|SUMMARY|artifact" || true
     build-fuzz/fuzz/fuzz_$target -merge=1 "fuzz/corpus/$target" "$work" >/dev/null 2>&1
   else
     build-fuzz/fuzz/fuzz_$target $dict -runs="${runs[$target]}" "$work" >"$work.log" 2>&1 ||

@@ -21,6 +21,7 @@ struct ApplicationObject : sim::Object {
   MwHandle parent = 0;
   bool child = false;
   int32_t keys = 0;  // key groups granted
+  bool keys_asked = false;  // its keyset was set at least once
   const char* Type() const override { return "application"; }
 };
 
@@ -82,6 +83,7 @@ ApplicationState Application(MwHandle application) {
   state.parent = a->parent;
   state.child = a->child;
   state.keys = a->keys;
+  state.keys_asked = a->keys_asked;
   return state;
 }
 
@@ -210,6 +212,7 @@ int32_t MwKeysetSetValue(MwHandle keyset, int32_t mask) {
   if (!k) return 0;
   std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
   k->application->keys = mask & sim::Rx().key_groups;
+  k->application->keys_asked = true;
   return k->application->keys;
 }
 

@@ -36,6 +36,7 @@ struct ApplicationState {
   MwHandle parent = 0;    // the application that started it (0: none or unknown)
   bool child = false;     // started as a child
   int32_t keys = 0;       // key groups granted through its keyset
+  bool keys_asked = false;  // its keyset was set at least once (0 then grants no key)
 };
 ApplicationState Application(MwHandle application);
 // The owner application of pages at `url`, 0 when never asked about.

@@ -129,8 +129,10 @@ void CheckRating(MwHandle h) {
 }
 
 // The events a tuning raises: connecting, then the change succeeded (with a
-// new reference to the channel) and presenting, or the change failed.
+// new reference to the channel) and presenting, or the change failed. The
+// object reads connecting from the call on.
 void ReportTuning(MwHandle h, MwHandle channel, bool known) {
+  SetPlayState(h, 1);
   if (!sim::AutoEvents()) return;
   Later(
       h,
@@ -148,6 +150,19 @@ void ReportTuning(MwHandle h, MwHandle channel, bool known) {
         CheckRating(h);
       },
       kTuneDelayMs);
+}
+
+// Unbinds `h`: it reads unrealized at once and reports it.
+void GoUnrealized(MwHandle h) {
+  {
+    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+    auto b = Instance(h);
+    if (!b) return;
+    b->state.bound = false;
+    b->active.clear();
+    b->state.play_state = 0;
+  }
+  if (sim::AutoEvents()) Later(h, [h] { EmitPlayState(h, 0, -1); });
 }
 
 // Binds `h` to the receiver's channel at `index` (wrapped) and reports it.
@@ -421,7 +436,11 @@ MwHandle MwBroadcastGetChannelConfig(MwHandle broadcast) {
 void MwBroadcastBindToCurrentChannel(MwHandle broadcast) {
   SIM_VOID(broadcast);
   std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-  TuneTo(broadcast, static_cast<long>(sim::Rx().current));
+  if (sim::CurrentChannel()) {
+    TuneTo(broadcast, static_cast<long>(sim::Rx().current));
+    return;
+  }
+  GoUnrealized(broadcast);  // nothing is presented: the object says so
 }
 
 MwHandle MwBroadcastCreateChannelObject(MwHandle broadcast, uint32_t idType, uint32_t onid,
@@ -459,7 +478,14 @@ void MwBroadcastSetChannel(MwHandle broadcast, MwHandle channel, uint32_t trickp
   if (!Instance(broadcast)) return;
   const std::vector<MwHandle>& channels = sim::Rx().channels;
   auto it = std::find(channels.begin(), channels.end(), channel);
-  if (channel == 0 || it == channels.end()) {
+  if (channel == 0) {
+    // A broadcast-independent application: the receiver stops presenting
+    // the service and the object goes unrealized, with no error.
+    sim::Rx().current = channels.size();
+    GoUnrealized(broadcast);
+    return;
+  }
+  if (it == channels.end()) {
     // Only a handle the registry knows can be handed back in the error.
     ReportTuning(broadcast, sim::Lookup(channel) ? channel : 0, false);
     return;
@@ -492,14 +518,7 @@ void MwBroadcastSetFullScreen(MwHandle broadcast, uint32_t fullScreen) {
 
 void MwBroadcastRelease(MwHandle broadcast) {
   SIM_VOID(broadcast);
-  {
-    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-    auto b = Instance(broadcast);
-    if (!b) return;
-    b->state.bound = false;
-    b->active.clear();
-  }
-  if (sim::AutoEvents()) Later(broadcast, [broadcast] { EmitPlayState(broadcast, 0, -1); });
+  GoUnrealized(broadcast);
 }
 
 void MwBroadcastStop(MwHandle broadcast) {

@@ -138,6 +138,7 @@ void BroadcastDestroy(BroadcastRecord* r) {
   if (r->handle) MwVideoSetPaintRect(nullptr);  // the video plane no longer shows it
   NPObject* style = r->styleObject;
   r->styleObject = nullptr;
+  BroadcastDropRequests(r);
   DestroyInstance(g_broadcasts, r);
   if (style) NPN_ReleaseObject(style);
 }

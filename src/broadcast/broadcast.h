@@ -21,6 +21,9 @@ struct BroadcastRecord : ObjectRecord {
   uint32_t playState;        // last state reported by the middleware; gates painting
   uint32_t nextStreamEventKind;  // listener kind of the next stream-event registration
   NPObject* styleObject;         // the element's style object (one reference, ours)
+  // Description downloads the browser has not finished: a browser may drop
+  // them unanswered when the element goes, so the record frees them then.
+  struct StreamEventRequest* pendingRequests;
 };
 
 // Fetches the kind's identifiers (after the stream-event kind's).
@@ -39,6 +42,8 @@ ORV_EXPORT void BroadcastPaint(BroadcastRecord* record, const uint16_t update[4]
 ORV_EXPORT int32_t BroadcastStreamData(BroadcastRecord* record, void* request, int32_t count,
                                        const void* bytes);
 ORV_EXPORT void BroadcastStreamNotify(BroadcastRecord* record, void* request, NPReason reason);
+// Frees the requests still waiting for their download (the element goes).
+void BroadcastDropRequests(BroadcastRecord* record);
 ORV_EXPORT void BroadcastDestroy(BroadcastRecord* record);
 
 // Middleware events, from any thread. Channel handles are new references and become the

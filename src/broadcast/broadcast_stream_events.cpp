@@ -10,18 +10,35 @@
 #include "utils/record_alloc.h"
 #include "utils/url.h"
 
-namespace {
-
 // The notify data of a description download (from NPN_MemAlloc): the
 // registration it made (listener and kind, which no other registration of
-// the record has) and the event name (pointing into the record's tail).
+// the record has) and the event name (pointing into the record's tail),
+// linked into its record's pending requests until the download ends.
 struct StreamEventRequest {
   NPObject* listener;  // only compared, never used: the page may have let it go; 0 once withdrawn
   uint32_t nameLength;
   const char* name;
   uint32_t kind;
+  StreamEventRequest* prev;
+  StreamEventRequest* next;
   char bytes[1];  // the name and a NUL
 };
+
+namespace {
+
+void Link(BroadcastRecord* r, StreamEventRequest* request) {
+  request->prev = nullptr;
+  request->next = r->pendingRequests;
+  if (request->next) request->next->prev = request;
+  r->pendingRequests = request;
+}
+
+void Unlink(BroadcastRecord* r, StreamEventRequest* request) {
+  if (request->prev) request->prev->next = request->next;
+  else if (r->pendingRequests == request) r->pendingRequests = request->next;
+  if (request->next) request->next->prev = request->prev;
+  request->prev = request->next = nullptr;
+}
 
 bool ArgumentsFit(const NPVariant* args, uint32_t count) {
   return count == 3 && IsString(args[0]) && IsString(args[1]) && IsObject(args[2]);
@@ -47,10 +64,14 @@ bool RequestDescription(BroadcastRecord* r, const MwString& url, const MwString&
   if (target) {
     if (url.length) memcpy(target, url.data, url.length);
     target[url.length] = '\0';
+    Link(r, request);  // before the call: a browser may answer within it
     sent = NPN_GetURLNotify(r->instance, target, nullptr, request) == NPERR_NO_ERROR;
     RecordFree(target);
   }
-  if (!sent) NPN_MemFree(request);
+  if (!sent) {
+    if (target) Unlink(r, request);
+    NPN_MemFree(request);
+  }
   return sent;
 }
 
@@ -105,8 +126,16 @@ int32_t BroadcastStreamData(BroadcastRecord* r, void* notify, int32_t count, con
 void BroadcastStreamNotify(BroadcastRecord* r, void* notify, NPReason reason) {
   StreamEventRequest* request = static_cast<StreamEventRequest*>(notify);
   if (!request) return;
+  if (r) Unlink(r, request);
   if (r && reason != NPRES_DONE && RemoveEventRegistration(r, request->listener, request->kind))
     MwBroadcastRemoveStreamEventListener(r->handle, request->nameLength, request->name,
                                          request->kind);
   NPN_MemFree(request);
+}
+
+void BroadcastDropRequests(BroadcastRecord* r) {
+  while (StreamEventRequest* request = r->pendingRequests) {
+    Unlink(r, request);
+    NPN_MemFree(request);
+  }
 }

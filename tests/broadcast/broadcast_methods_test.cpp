@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "broadcast/broadcast_fixture.h"
+#include "sim/receiver.h"
 
 namespace {
 
@@ -39,22 +40,34 @@ TEST_F(BroadcastTest, CreateChannelObjectTakesTheDsdFormOnly) {
   EXPECT_EQ(0u, sim::CountCalls("MwBroadcastCreateChannelObject"));
 }
 
-TEST_F(BroadcastTest, SetChannelArgumentsAndAnUnknownChannel) {
+TEST_F(BroadcastTest, SetChannelArgumentsAndNoChannel) {
   EXPECT_TRUE(Call("setChannel"));
   EXPECT_EQ(0u, sim::CountCalls("MwBroadcastSetChannel"));
 
   NPObject* failed = host::NewFunction("failed");
+  NPObject* state = host::NewFunction("state");
   Call("addEventListener", {host::Str("ChannelChangeError"), host::Obj(failed)});
+  Call("addEventListener", {host::Str("PlayStateChange"), host::Obj(state)});
+  NPVariant ignored = host::Void();
+  host::Invoke(npp_, video_, "nextChannel", {}, &ignored);  // not waiting for the receiver
+  EXPECT_EQ(1, Get("playState").value.intValue) << "connecting from the call on";
+  Settle();
+  // Anything but a channel stands for no channel: the receiver stops
+  // presenting and the object goes unrealized, with no error.
   NPObject* stranger = host::NewFunction("not-a-channel");
   EXPECT_TRUE(Call("setChannel", {host::Obj(stranger), host::Bool(true), host::Str("http://cad.example/x")}));
   auto calls = sim::CallsTo("MwBroadcastSetChannel");
   ASSERT_EQ(1u, calls.size());
   EXPECT_EQ((std::vector<std::string>{std::to_string(handle_), "0", "1", "http://cad.example/x"}), calls[0].args);
+  EXPECT_EQ(0, Get("playState").value.intValue);
   Settle();
-  ASSERT_EQ(1u, host::Calls(failed).size());
-  EXPECT_EQ(NPVariantType_Null, host::Calls(failed)[0].args[0].type) << "no channel to hand back";
-  EXPECT_EQ(5, host::Calls(failed)[0].args[1].value.intValue);
-
+  EXPECT_TRUE(host::Calls(failed).empty());
+  ASSERT_FALSE(host::Calls(state).empty());
+  EXPECT_EQ(0, host::Calls(state).back().args[0].value.intValue);
+  EXPECT_EQ(0u, sim::CurrentChannel());
+  // With nothing presented, binding finds nothing.
+  Call("bindToCurrentChannel");
+  EXPECT_EQ(0, Get("playState").value.intValue);
 }
 
 TEST_F(BroadcastTest, FullScreenNeedsExactlyOneArgument) {

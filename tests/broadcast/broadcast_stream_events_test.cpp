@@ -142,6 +142,19 @@ TEST_F(BroadcastStreamEventTest, RequestThatCannotBeSentLeavesTheListenerRegiste
   EXPECT_EQ((std::vector<std::string>{"25"}), Kinds("MwBroadcastRemoveStreamEventListener"));
 }
 
+// A browser may drop the downloads of an element that goes without ever
+// answering them (a request not started yet): the element frees them.
+TEST_F(BroadcastStreamEventTest, DownloadsLeftUnansweredGoWithTheElement) {
+  NPObject* f = host::NewFunction("f");
+  EXPECT_TRUE(Add("events.xml", "chapter", f));
+  EXPECT_TRUE(Add("more.xml", "Play", f));
+  EXPECT_TRUE(Add("last.xml", "x", f));
+  Deliver("", NPRES_USER_BREAK);  // the last one ends; the others never do
+  ASSERT_EQ(3u, host::UrlRequests().size());
+  DestroyPlugin(npp_);
+  npp_ = nullptr;
+}
+
 TEST_F(BroadcastStreamEventTest, DataOfStreamsThePlugInDidNotAskForIsIgnored) {
   NPStream stream = {};
   stream.url = "http://apps.example/app/video.ts";

@@ -30,6 +30,7 @@ void UnloadPages();
 
 // ---- memory ----------------------------------------------------------------
 size_t LiveBlocks();               // NPN_MemAlloc blocks not yet freed
+std::string LiveBlocksReport();    // one line each: allocation number, size, first bytes
 size_t BadFrees();                 // NPN_MemFree of a pointer that is not a live block
 void FailAllocation(int nth);      // the nth NPN_MemAlloc from now returns null (1 = next); 0 disarms
 int AllocationsSinceReset();       // number of NPN_MemAlloc calls (successful or not)

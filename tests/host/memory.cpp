@@ -2,7 +2,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
+#include <map>
 #include <set>
+#include <string>
 
 #include "host/internal.h"
 
@@ -11,7 +13,11 @@ namespace {
 
 struct MemoryState {
   std::mutex mutex;
-  std::set<void*> live;
+  struct Block {
+    int number;  // which allocation it was, from 1
+    uint32_t size;
+  };
+  std::map<void*, Block> live;
   // Blocks left over from earlier tests: freeing them later is not an error,
   // but they no longer count as this test's leaks.
   std::set<void*> forgotten;
@@ -35,7 +41,7 @@ void* MemAlloc(uint32_t size) {
   ++s.allocations;
   if (s.fail_countdown > 0 && --s.fail_countdown == 0) return nullptr;
   void* p = malloc(size ? size : 1);
-  if (p) s.live.insert(p);
+  if (p) s.live[p] = {s.allocations, size};
   return p;
 }
 
@@ -63,7 +69,7 @@ char* CopyString(const std::string& text) {
 void ResetMemory() {
   MemoryState& s = State();
   std::lock_guard<std::mutex> lock(s.mutex);
-  s.forgotten.insert(s.live.begin(), s.live.end());
+  for (const auto& block : s.live) s.forgotten.insert(block.first);
   s.live.clear();
   s.bad_frees = 0;
   s.allocations = 0;
@@ -71,6 +77,21 @@ void ResetMemory() {
 }
 
 }  // namespace detail
+
+std::string LiveBlocksReport() {
+  MemoryState& s = State();
+  std::lock_guard<std::mutex> lock(s.mutex);
+  std::string out;
+  for (const auto& block : s.live) {
+    out += "block of allocation " + std::to_string(block.second.number) + ", " +
+           std::to_string(block.second.size) + " bytes: \"";
+    const char* bytes = static_cast<const char*>(block.first);
+    for (uint32_t i = 0; i < block.second.size && i < 32; i++)
+      out += bytes[i] >= 32 && bytes[i] < 127 ? bytes[i] : '.';
+    out += "\"\n";
+  }
+  return out;
+}
 
 size_t LiveBlocks() {
   MemoryState& s = State();
