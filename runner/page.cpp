@@ -1,6 +1,8 @@
 #include "runner/page.h"
 
 #include <QFileInfo>
+#include <QNetworkReply>
+#include <QNetworkRequest>
 #include <QUrl>
 #include <QWebFrame>
 #include <QWebSettings>
@@ -26,11 +28,49 @@ Page::Page(QObject* parent) : QWebPage(parent) {
       "embed:not([type^='video/']):not([type^='audio/']):not([type^='VIDEO/']):not([type^='AUDIO/'])"
       "{visibility:hidden !important}";
   s->setUserStyleSheetUrl(QUrl("data:text/css;charset=utf-8;base64," + invisible.toBase64()));
+  setForwardUnsupportedContent(true);
+  connect(this, &QWebPage::unsupportedContent, this, &Page::OpenAsXhtml);
   // Each new document of the main frame gets the receiver's key constants,
   // console and object factory before its own scripts run.
   connect(mainFrame(), &QWebFrame::javaScriptWindowObjectCleared, this, [this] {
     mainFrame()->evaluateJavaScript(KeyConstantsScript() + ConsoleScript() + ObjectFactoryScript());
   });
+}
+
+namespace {
+
+// The types of documents a receiver opens as XHTML, by Content-Type or, for
+// files, by name.
+bool IsTvDocument(QNetworkReply* reply) {
+  QString type = reply->header(QNetworkRequest::ContentTypeHeader).toString().section(';', 0, 0).trimmed().toLower();
+  if (type == "application/vnd.hbbtv.xhtml+xml" || type == "application/ce-html+xml" ||
+      type == "application/xhtml+xml")
+    return true;
+  QString suffix = QFileInfo(reply->url().path()).suffix().toLower();
+  return reply->url().isLocalFile() && (suffix == "hbbtv" || suffix == "cehtml" || suffix == "xhtml");
+}
+
+}  // namespace
+
+void Page::OpenAsXhtml(QNetworkReply* reply) {
+  if (!IsTvDocument(reply)) {
+    runlog::Line("run", "cannot show " + reply->url().toString() + " (" +
+                            reply->header(QNetworkRequest::ContentTypeHeader).toString() + ")");
+    reply->abort();
+    reply->deleteLater();
+    return;
+  }
+  QWebFrame* frame = qobject_cast<QWebFrame*>(reply->request().originatingObject());
+  if (!frame) frame = mainFrame();
+  reopened_++;
+  auto open = [reply, frame] {
+    QByteArray document = reply->readAll();
+    QUrl url = reply->url();
+    reply->deleteLater();
+    frame->setContent(document, "application/xhtml+xml", url);
+  };
+  if (reply->isFinished()) open();
+  else connect(reply, &QNetworkReply::finished, frame, open);
 }
 
 void Page::javaScriptConsoleMessage(const QString& message, int line, const QString& source) {

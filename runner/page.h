@@ -1,14 +1,22 @@
 // The page class of the runner's browser: prints the page's console
-// messages and dialogs, and gives every new document the VK_ key constants.
+// messages and dialogs, gives every new document the receiver's scripts
+// (key constants, console, object factory) and opens the document types of
+// HbbTV and CE-HTML, which the engine does not know, as the XHTML they are.
 #ifndef ORVANE_RUNNER_PAGE_H
 #define ORVANE_RUNNER_PAGE_H
 
 #include <QWebPage>
 
+class QNetworkReply;
+
 class Page : public QWebPage {
   Q_OBJECT
  public:
   explicit Page(QObject* parent);
+
+  // Whether a failed load is one the engine gave up on for its type, with
+  // the document opened as XHTML in its place (each is reported once).
+  bool TakeReopened() { return reopened_ > 0 && reopened_-- > 0; }
 
  signals:
   void consoleMessage(const QString& message);
@@ -19,6 +27,10 @@ class Page : public QWebPage {
   bool javaScriptConfirm(QWebFrame* frame, const QString& message) override;
   bool shouldInterruptJavaScript() override { return true; }
   QString userAgentForUrl(const QUrl& url) const override;
+
+ private:
+  void OpenAsXhtml(QNetworkReply* reply);
+  int reopened_ = 0;
 };
 
 #endif

@@ -80,6 +80,7 @@ void Runner::OnLoadFinished(bool ok) {
     runlog::Line("run", ok ? "AIT page loaded, waiting for the application" : "AIT page failed to load");
     return;
   }
+  if (!ok && page_->TakeReopened()) return;
   if (!ok) {
     runlog::Line("run", "failed to load " + url.toString());
     if (!keys_started_) Finish(3, "the application did not load");
