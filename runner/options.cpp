@@ -11,7 +11,12 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
       "Runs an HbbTV application in QtWebKit with the Orvane plug-in and the receiver simulator\n"
       "as its middleware, printing every middleware call, event and console message.");
   p.addHelpOption();
-  p.addPositionalArgument("application", "An HTML page, an http://127.0.0.1 URL or an XML AIT file (.xml, .ait, .aitx).");
+  p.addPositionalArgument("application", "An HTML page, an http://127.0.0.1 URL or an XML AIT file (.xml, .ait, .aitx);\n"
+                                         "none with --autostart.");
+  QCommandLineOption autostart("autostart", "Start the current channel's AUTOSTART application from the receiver's AIT, "
+                                            "as a TV does when it tunes.");
+  QCommandLineOption stay("stay", "When the application destroys itself, the broadcast shows alone and the run goes "
+                                  "on (by default the run ends there).");
   QCommandLineOption receiver({"r", "receiver"}, "Receiver description (JSON); default: the built-in receiver.", "file");
   QCommandLineOption keys({"k", "keys"}, "Keys to press, comma-separated: VK_RED, VK_LEFT, 0-9, VK_ENTER, wait:MS ...", "list");
   QCommandLineOption key_start("key-start", "Milliseconds after the page loaded before the first key (500).", "ms");
@@ -35,17 +40,19 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
                                     "handle releases and paint rectangles; the default) or none.", "which");
   QCommandLineOption plugin("plugin", "The plug-in library (default: libnporvane.so of this build).", "file");
   QCommandLineOption size("size", "Screen size WxH (1280x720).", "size");
-  p.addOptions({receiver, clock_rate, keys, key_start, key_interval, screenshot, timeout, stop_on, result, print_text, expect_text, expect_console, expect_pixel, calls, plugin, size});
+  p.addOptions({autostart, stay, receiver, clock_rate, keys, key_start, key_interval, screenshot, timeout, stop_on, result, print_text, expect_text, expect_console, expect_pixel, calls, plugin, size});
   if (!p.parse(arguments)) {
     *error = p.errorText();
     return false;
   }
   if (p.isSet("help")) p.showHelp(0);
-  if (p.positionalArguments().size() != 1) {
-    *error = "give exactly one application (see --help)";
+  o->autostart = p.isSet(autostart);
+  o->stay = p.isSet(stay);
+  if (p.positionalArguments().size() != (o->autostart ? 0 : 1)) {
+    *error = o->autostart ? "--autostart takes no application" : "give exactly one application (see --help)";
     return false;
   }
-  o->target = p.positionalArguments().first();
+  if (!o->autostart) o->target = p.positionalArguments().first();
   QString suffix = QFileInfo(QUrl(o->target).path()).suffix().toLower();
   o->target_is_ait = suffix == "xml" || suffix == "ait" || suffix == "aitx";
   o->receiver = p.value(receiver);

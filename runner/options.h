@@ -8,6 +8,8 @@
 struct Options {
   QString target;          // a page file, an http URL or an XML AIT file
   bool target_is_ait = false;
+  bool autostart = false;  // open the current channel's AUTOSTART application (no target)
+  bool stay = false;       // an application that destroys itself does not end the run
   QString receiver;        // receiver description file; empty: the built-in receiver
   QStringList keys;        // key names to press, in order ("VK_RED", "5", "wait:500")
   int key_start_ms = 500;  // after the page has loaded

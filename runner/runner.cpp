@@ -6,12 +6,15 @@
 #include <QTimer>
 #include <QWebFrame>
 
+#include "runner/applications.h"
 #include "runner/keys.h"
 #include "runner/log.h"
+#include "runner/network.h"
 #include "runner/page.h"
 #include "runner/screen.h"
 #include "runner/video_plane.h"
 #include "sim/appmgr_sim.h"
+#include "sim/receiver.h"
 #include "sim/sim.h"
 
 Runner::Runner(const Options& options) : options_(options) {
@@ -19,7 +22,12 @@ Runner::Runner(const Options& options) : options_(options) {
   view_ = new Screen(plane_, options.width, options.height);
   view_->setWindowTitle("Orvane");
   page_ = new Page(view_);
+  page_->setNetworkAccessManager(new Network(page_));
   view_->setPage(page_);
+  applications_ = new Applications(page_);
+  connect(applications_, &Applications::exited, this, [this] {
+    if (!options_.stay) Finish(options_.result ? 2 : 0, "the application exited");
+  });
   // The page is the graphics plane: transparent wherever it draws nothing,
   // so that the video plane shows through.
   QPalette palette = view_->palette();
@@ -40,6 +48,15 @@ QUrl Runner::TargetUrl() const {
 }
 
 bool Runner::Start() {
+  if (options_.autostart) {
+    sim::AitEntry entry;
+    if (!sim::FindAitEntry("", &entry)) {
+      runlog::Line("run", "the current channel signals no AUTOSTART application");
+      return false;
+    }
+    options_.target = QString::fromStdString(entry.url);
+    runlog::Line("run", QString("AUTOSTART application %1.%2").arg(entry.org_id, 0, 16).arg(entry.app_id, 0, 16));
+  }
   QUrl url = TargetUrl();
   if (url.isLocalFile() && !QFileInfo(url.toLocalFile()).isFile()) {
     runlog::Line("run", "no such file: " + url.toLocalFile());
@@ -182,6 +199,8 @@ void Runner::Finish(int code, const QString& why) {
     }
     // Tear the page down so that the plug-in's instances are destroyed, and
     // report what the application left held in the middleware.
+    delete applications_;
+    applications_ = nullptr;
     delete view_;
     view_ = nullptr;
     delete plane_;

@@ -9,6 +9,7 @@
 
 #include "runner/options.h"
 
+class Applications;
 class Page;
 class Screen;
 class VideoPlane;
@@ -32,6 +33,7 @@ class Runner : public QObject {
   VideoPlane* plane_ = nullptr;
   Screen* view_ = nullptr;
   Page* page_ = nullptr;
+  Applications* applications_ = nullptr;
   bool bootstrap_ = false;   // the AIT page is showing, the application is yet to come
   bool keys_started_ = false;
   int next_key_ = 0;

@@ -46,6 +46,11 @@ namespace sim {
 
 std::shared_ptr<Object> NewAppManagerObject() { return std::make_shared<AppManagerObject>(); }
 
+std::string AitApplicationUrl(const std::string& xml) {
+  std::string base = Element(xml, "URLBase"), location = Element(xml, "applicationLocation");
+  return base.empty() || location.empty() ? "" : base + location;
+}
+
 bool IsAppManager(MwHandle handle) { return Find<AppManagerObject>(handle) != nullptr; }
 
 std::vector<MwHandle> AppManagers() {
@@ -79,10 +84,9 @@ void MwAitParserWrite(MwHandle parser, const void* bytes, int32_t length, MwAitO
   if (!p || !bytes || length <= 0 || !outcome) return;
   std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
   p->document.append(static_cast<const char*>(bytes), static_cast<size_t>(length));
-  std::string base = Element(p->document, "URLBase");
-  std::string location = Element(p->document, "applicationLocation");
-  if (base.empty() || location.empty() || !p->start_url.empty()) return;
-  p->start_url = base + location;
+  std::string url = sim::AitApplicationUrl(p->document);
+  if (url.empty() || !p->start_url.empty()) return;
+  p->start_url = url;
   outcome->navigate = 1;
   outcome->url = p->start_url.c_str();
 }

@@ -37,6 +37,7 @@ struct KeysetObject : sim::Object {
 };
 
 std::map<std::string, MwHandle> g_owners;  // page URL -> persistent owner application
+sim::ApplicationHooks g_hooks;               // kept over Reset: they belong to the host
 sim::ResetHook g_reset([] { g_owners.clear(); });
 
 std::shared_ptr<ApplicationObject> App(MwHandle h) { return sim::Find<ApplicationObject>(h); }
@@ -64,6 +65,11 @@ void RaiseApplicationLoadError(MwHandle manager, bool on_sim_thread, int delay_m
     return;
   }
   OnSimThread([manager] { SIM_EMIT(AppMgr_onApplicationLoadError, manager); }, delay_ms);
+}
+
+void SetApplicationHooks(ApplicationHooks hooks) {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  g_hooks = std::move(hooks);
 }
 
 void PresentNothing() {
@@ -123,16 +129,53 @@ void MwApplicationHide(MwHandle application) {
   if (auto a = App(application)) a->visible = false;
 }
 
+namespace {
+
+// Every application manager raises its load error.
+void LoadFailed() {
+  for (MwHandle manager : sim::AppManagers()) sim::RaiseApplicationLoadError(manager, true, 0);
+}
+
+// An application of the current service's AIT by its dvb://current.ait/ORG.APP
+// URL (the rest of the URL is added to the entry's); other URLs stand.
+bool Resolve(std::string* url) {
+  const std::string prefix = "dvb://current.ait/";
+  if (url->compare(0, prefix.size(), prefix) != 0) return true;
+  size_t end = url->find_first_of("/?#", prefix.size());
+  std::string id = url->substr(prefix.size(), end == std::string::npos ? std::string::npos : end - prefix.size());
+  sim::AitEntry entry;
+  if (id.empty() || !sim::FindAitEntry(id, &entry)) return false;
+  *url = entry.url + (end == std::string::npos ? "" : url->substr(end));
+  return true;
+}
+
+}  // namespace
+
 MwHandle MwApplicationCreateApplication(MwHandle application, const MwString* url,
                                         uint8_t createChild) {
   SIM_CALL(MwHandle, application, url, createChild);
   std::string where = sim::Text(url);
   if (where.empty()) return 0;
+  if (!Resolve(&where)) {
+    LoadFailed();  // the service signals no such application
+    return 0;
+  }
   auto a = std::make_shared<ApplicationObject>();
   a->url = where;  // copied: the caller frees its buffer after the call
   a->parent = App(application) ? application : 0;
   a->child = createChild != 0;
-  return sim::Register(a, false);
+  MwHandle created = sim::Register(a, false);
+  std::function<bool(MwHandle, const std::string&)> launch;
+  {
+    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+    launch = g_hooks.launch;
+  }
+  if (launch && !launch(created, where)) {
+    sim::detail::ReleaseHandle(created);
+    LoadFailed();
+    return 0;
+  }
+  return created;
 }
 
 // The caller's handle is no longer used afterwards: its reference is taken
@@ -141,11 +184,14 @@ void MwApplicationDestroy(MwHandle application) {
   SIM_VOID(application);
   auto a = App(application);
   if (!a) return;
+  std::function<void(MwHandle)> destroyed;
   {
     std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
     a->destroyed = true;
     a->visible = false;
+    destroyed = g_hooks.destroyed;
   }
+  if (destroyed) destroyed(application);
   sim::detail::ReleaseHandle(application);
 }
 

@@ -5,6 +5,7 @@
 #define ORVANE_SIM_APPMGR_SIM_H
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,10 @@ bool IsAppManager(MwHandle handle);
 void RaiseLowMemory(MwHandle manager, bool on_sim_thread = false, int delay_ms = 0);
 void RaiseApplicationLoadError(MwHandle manager, bool on_sim_thread = false, int delay_ms = 0);
 
+// The URL of the application an XML AIT names (URL base and location),
+// empty when it names none.
+std::string AitApplicationUrl(const std::string& xml);
+
 // The receiver presents no channel from now on (until Reset).
 void PresentNothing();
 
@@ -41,6 +46,18 @@ struct ApplicationState {
 ApplicationState Application(MwHandle application);
 // The owner application of pages at `url`, 0 when never asked about.
 MwHandle OwnerApplication(const std::string& url);
+
+// What starts and stops applications on the screen (orvane-run's browser).
+// `launch` gets a new application and the URL of its document (an AIT
+// entry's for dvb://current.ait/ORG.APP) and answers whether it can be
+// loaded; when it cannot, createApplication gives no application and the
+// application managers raise their load error. `destroyed` hears of every
+// application destroyed. Called on the thread of the plug-in's call.
+struct ApplicationHooks {
+  std::function<bool(MwHandle application, const std::string& url)> launch;
+  std::function<void(MwHandle application)> destroyed;
+};
+void SetApplicationHooks(ApplicationHooks hooks);
 
 }  // namespace sim
 

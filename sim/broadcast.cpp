@@ -221,8 +221,10 @@ void ScheduleStreamEvent(MwHandle h, uint64_t id, uint32_t kind, sim::StreamEven
 }
 
 // Keeps a registration and, with automatic events, schedules the current
-// channel's events of that name for it. False for an unknown instance.
-bool Register(MwHandle h, const std::string& name, uint32_t kind) {
+// channel's events of that name for it; an event the service does not
+// carry (or a URL of another service, `elsewhere`) gets one event whose
+// status is error instead. False for an unknown instance.
+bool Register(MwHandle h, const std::string& name, uint32_t kind, int32_t tag = -1, bool elsewhere = false) {
   uint64_t id;
   std::vector<sim::StreamEventSpec> due;
   {
@@ -231,13 +233,43 @@ bool Register(MwHandle h, const std::string& name, uint32_t kind) {
     if (!b) return false;
     id = g_next_registration++;
     b->registrations.push_back(Registration{id, name, kind});
-    if (auto channel = ChannelAt(sim::Rx().current))
+    auto channel = sim::Find<sim::ChannelObject>(sim::CurrentChannel());
+    if (channel && !elsewhere)
       for (const sim::StreamEventSpec& spec : channel->stream_events)
-        if (spec.name == name) due.push_back(spec);
+        if (spec.name == name && (tag < 0 || spec.component_tag < 0 || spec.component_tag == tag))
+          due.push_back(spec);
   }
-  if (sim::AutoEvents())
-    for (const sim::StreamEventSpec& spec : due) ScheduleStreamEvent(h, id, kind, spec, spec.delay_ms);
+  if (!sim::AutoEvents()) return true;
+  if (due.empty()) {
+    sim::StreamEventSpec error;
+    error.name = name;
+    error.status = 0;
+    due.push_back(error);
+  }
+  for (const sim::StreamEventSpec& spec : due) ScheduleStreamEvent(h, id, kind, spec, spec.delay_ms);
   return true;
+}
+
+// Whether a dvb: URL names the current service: dvb://ONID.TSID.SID[.TAG]
+// (hexadecimal) with anything after it; `tag` gets the component tag or -1.
+bool NamesCurrentService(const std::string& url, int32_t* tag) {
+  *tag = -1;
+  auto channel = sim::Find<sim::ChannelObject>(sim::CurrentChannel());
+  if (!channel || url.compare(0, 6, "dvb://") != 0) return false;
+  std::string host = url.substr(6, url.find_first_of("/;?$#", 6) - 6);
+  long ids[4] = {-1, -1, -1, -1};
+  size_t start = 0;
+  for (int i = 0; i < 4; i++) {
+    size_t end = host.find('.', start);
+    std::string part = host.substr(start, end == std::string::npos ? std::string::npos : end - start);
+    char* stop = nullptr;
+    ids[i] = strtol(part.c_str(), &stop, 16);
+    if (part.empty() || *stop) return false;
+    if (end == std::string::npos) break;
+    start = end + 1;
+  }
+  *tag = static_cast<int32_t>(ids[3]);
+  return ids[0] == channel->onid && ids[1] == channel->tsid && ids[2] == channel->sid;
 }
 
 // True when a stream-event description declares the event `name`: an
@@ -581,7 +613,9 @@ int32_t MwBroadcastAddStreamEventListener(MwHandle broadcast, uint32_t urlLength
   SIM_CALL(int32_t, broadcast, &url_text, &name_text, kind);
   std::string target = sim::Text(&url_text);
   if (target.compare(0, 4, "dvb:") != 0) return 0;
-  return Register(broadcast, sim::Text(&name_text), kind) ? 1 : 0;
+  int32_t tag;
+  bool here = NamesCurrentService(target, &tag);
+  return Register(broadcast, sim::Text(&name_text), kind, tag, !here) ? 1 : 0;
 }
 
 int32_t MwBroadcastAddStreamEventXml(MwHandle broadcast, const char* bytes, uint32_t count,

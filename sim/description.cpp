@@ -22,6 +22,15 @@ using nlohmann::json;
 // Programme times may be given relative to the receiver's clock.
 const int32_t kClock = 1795000000;
 
+// The folder of the description being read (ending in '/'; empty for a
+// text): relative application URLs and carousel folders start there.
+std::string g_base;
+
+std::string Located(const std::string& path) {
+  if (path.empty() || path[0] == '/' || path.find("://") != std::string::npos) return path;
+  return g_base.empty() ? path : g_base + path;
+}
+
 std::string Str(const json& j, const char* key, const std::string& fallback = "") {
   return j.contains(key) ? j.at(key).get<std::string>() : fallback;
 }
@@ -183,9 +192,26 @@ StreamEventSpec StreamEvent(const json& j) {
   e.data = Str(j, "data");
   e.text = Str(j, "text");
   e.status = Int(j, "status", 1);
+  e.component_tag = Int(j, "componentTag", -1);
   e.delay_ms = Int(j, "delayMs", 20);
   e.repeat_ms = Int(j, "repeatMs", 0);
   if (e.name.empty()) throw std::runtime_error("a stream event has no name");
+  return e;
+}
+
+// An AIT entry; a relative URL is a file beside the description.
+AitEntry Application(const json& j) {
+  AitEntry e;
+  e.org_id = Int(j, "orgId");
+  e.app_id = Int(j, "appId");
+  e.url = Str(j, "url");
+  if (e.url.empty()) throw std::runtime_error("an AIT application has no url");
+  if (e.url.find("://") == std::string::npos) e.url = "file://" + Located(e.url);
+  std::string control = Str(j, "control", "PRESENT");
+  if (control != "AUTOSTART" && control != "PRESENT")
+    throw std::runtime_error("AIT control \"" + control + "\" is not AUTOSTART or PRESENT");
+  e.autostart = control == "AUTOSTART";
+  e.broadcast_related = Int(j, "broadcastRelated", 1) != 0;
   return e;
 }
 
@@ -214,6 +240,9 @@ MwHandle Channel(const json& j, size_t index) {
     for (const json& x : j.at("components")) c->components.push_back(Component(x));
   if (j.contains("streamEvents"))
     for (const json& e : j.at("streamEvents")) c->stream_events.push_back(StreamEvent(e));
+  if (j.contains("ait"))
+    for (const json& a : j.at("ait")) c->ait.push_back(Application(a));
+  if (j.contains("carousel")) c->carousel = Located(Str(j, "carousel"));
   return Register(c, true);
 }
 
@@ -374,7 +403,17 @@ bool LoadDescription(const std::string& path, std::string* error) {
   }
   std::stringstream text;
   text << in.rdbuf();
-  return LoadDescriptionText(text.str(), error);
+#ifdef ORVANE_HAVE_JSON
+  char* real = realpath(path.c_str(), nullptr);
+  std::string full = real ? real : path;
+  free(real);
+  g_base = full.substr(0, full.rfind('/') + 1);
+#endif
+  bool loaded = LoadDescriptionText(text.str(), error);
+#ifdef ORVANE_HAVE_JSON
+  g_base.clear();
+#endif
+  return loaded;
 }
 
 }  // namespace sim

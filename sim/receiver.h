@@ -52,6 +52,15 @@ struct StreamEventSpec {
   int32_t status = 1;
   int32_t delay_ms = 20;  // after a listener for it is registered
   int32_t repeat_ms = 0;  // 0: once
+  int32_t component_tag = -1;  // the carousel component that carries it; -1: any
+};
+
+// An application a service signals in its AIT.
+struct AitEntry {
+  int32_t org_id = 0, app_id = 0;
+  std::string url;            // absolute (relative ones are taken from the description's folder)
+  bool autostart = false;     // control code AUTOSTART (else PRESENT)
+  bool broadcast_related = true;
 };
 
 struct ChannelObject : Object {
@@ -62,6 +71,8 @@ struct ChannelObject : Object {
   std::vector<MwHandle> programmes;  // persistent, now first
   std::vector<MwHandle> components;  // persistent
   std::vector<StreamEventSpec> stream_events;  // events the channel's carousel carries
+  std::vector<AitEntry> ait;                    // the applications the service signals
+  std::string carousel;  // folder its dvb:// files are served from (absolute), empty: none
   const char* Type() const override { return "channel"; }
 };
 
@@ -161,6 +172,14 @@ int64_t RealMsFor(int64_t seconds);
 void FollowRecordings();
 // The channel the receiver presents (0 when it has none).
 MwHandle CurrentChannel();
+// The current channel's AIT entry for "ORG.APP" (hexadecimal, as in
+// dvb://current.ait/ORG.APP), or its AUTOSTART application for an empty
+// id; false when it signals none.
+bool FindAitEntry(const std::string& org_app, AitEntry* out);
+// The file for `url` (dvb://ONID.TSID.SID[.TAG]/path, hexadecimal, or
+// dvb://current/path) in the current channel's carousel folder; empty when
+// the URL names another service or no carousel, or leaves the folder.
+std::string CarouselFile(const std::string& url);
 
 // Lets a subsystem drop its runtime state on sim::Reset.
 struct ResetHook {

@@ -59,10 +59,20 @@ TEST_F(BroadcastTest, BindTuneComponentsStreamEventFullScreenAndDestroy) {
   host::Release(&first);
   host::Release(&audio);
 
+  // The service's own event; one of another service and one it does not
+  // carry each get one event whose status is error.
   NPObject* trigger = host::NewFunction("trigger");
+  NPObject* missing = host::NewFunction("missing");
   EXPECT_TRUE(Call("addStreamEventListener",
-                   {host::Str("dvb://233a.1004.1084;1"), host::Str("now"), host::Obj(trigger)}));
+                   {host::Str("dvb://2114.1004.1084;1"), host::Str("now"), host::Obj(trigger)}));
+  EXPECT_TRUE(Call("addStreamEventListener",
+                   {host::Str("dvb://233a.1004.1084"), host::Str("now"), host::Obj(missing)}));
+  EXPECT_TRUE(Call("addStreamEventListener",
+                   {host::Str("dvb://2114.1004.1084"), host::Str("later"), host::Obj(missing)}));
   Settle();
+  ASSERT_EQ(2u, host::Calls(missing).size());
+  for (const host::Call& call : host::Calls(missing))
+    EXPECT_EQ("error", Text(call.args[0].value.objectValue, "status"));
   ASSERT_EQ(1u, host::Calls(trigger).size());
   NPObject* event = host::Calls(trigger)[0].args[0].value.objectValue;
   EXPECT_EQ("now", Text(event, "name"));

@@ -1,0 +1,72 @@
+// What the current service carries besides audio and video: its AIT and
+// its object carousel, as files in a folder.
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include "sim/receiver.h"
+
+namespace sim {
+namespace {
+
+bool Hex(const std::string& text, int32_t* out) {
+  if (text.empty() || text.size() > 8) return false;
+  char* end = nullptr;
+  unsigned long v = strtoul(text.c_str(), &end, 16);
+  if (*end) return false;
+  *out = static_cast<int32_t>(v);
+  return true;
+}
+
+std::shared_ptr<ChannelObject> Current() { return Find<ChannelObject>(CurrentChannel()); }
+
+}  // namespace
+
+bool FindAitEntry(const std::string& org_app, AitEntry* out) {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  auto channel = Current();
+  if (!channel) return false;
+  int32_t org = 0, app = 0;
+  size_t dot = org_app.find('.');
+  bool by_id = !org_app.empty();
+  if (by_id && (dot == std::string::npos || !Hex(org_app.substr(0, dot), &org) ||
+                !Hex(org_app.substr(dot + 1), &app)))
+    return false;
+  for (const AitEntry& e : channel->ait) {
+    if (by_id ? (e.org_id == org && e.app_id == app) : e.autostart) {
+      *out = e;
+      return true;
+    }
+  }
+  return false;
+}
+
+std::string CarouselFile(const std::string& url) {
+  const std::string scheme = "dvb://";
+  if (url.compare(0, scheme.size(), scheme) != 0) return "";
+  size_t slash = url.find('/', scheme.size());
+  std::string host = url.substr(scheme.size(), slash == std::string::npos ? std::string::npos : slash - scheme.size());
+  std::string path = slash == std::string::npos ? "/" : url.substr(slash);
+  path = path.substr(0, path.find_first_of("?#"));
+  if (path.find("/../") != std::string::npos || (path.size() >= 3 && path.compare(path.size() - 3, 3, "/..") == 0))
+    return "";
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  auto channel = Current();
+  if (!channel || channel->carousel.empty()) return "";
+  if (host != "current") {
+    // ONID.TSID.SID, with a component tag or not: this service's only.
+    int32_t ids[4] = {0, 0, 0, 0};
+    size_t start = 0, n = 0;
+    while (n < 4) {
+      size_t end = host.find('.', start);
+      if (!Hex(host.substr(start, end == std::string::npos ? std::string::npos : end - start), &ids[n++])) return "";
+      if (end == std::string::npos) break;
+      start = end + 1;
+    }
+    if (n < 3 || ids[0] != channel->onid || ids[1] != channel->tsid || ids[2] != channel->sid) return "";
+  }
+  if (path == "/") path = "/index.html";
+  return channel->carousel + path;
+}
+
+}  // namespace sim
