@@ -37,9 +37,16 @@ QString Annotated(const std::string& arg) {
   return text;
 }
 
+QStringList* g_capture = nullptr;  // under Out()
+
 }  // namespace
 
 void Start() { Clock().start(); }
+
+void Capture(QStringList* lines) {
+  std::lock_guard<std::mutex> lock(Out());
+  g_capture = lines;
+}
 
 void Line(const char* what, const QString& text) {
   double t = Clock().isValid() ? Clock().nsecsElapsed() / 1e9 : 0.0;
@@ -47,6 +54,7 @@ void Line(const char* what, const QString& text) {
   std::lock_guard<std::mutex> lock(Out());
   fprintf(stdout, "[%8.3f] %-7s %s\n", t, what, bytes.constData());
   fflush(stdout);
+  if (g_capture) *g_capture << QString::asprintf("[%8.3f] %-7s ", t, what) + text;
 }
 
 void Call(const sim::Call& call) {

@@ -4,6 +4,7 @@
 #define ORVANE_RUNNER_LOG_H
 
 #include <QString>
+#include <QStringList>
 
 #include "sim/sim.h"
 
@@ -14,6 +15,8 @@ void Start();  // time zero
 void Line(const char* what, const QString& text);
 // A middleware call or event as the simulator reports it.
 void Call(const sim::Call& call);
+// Every line from now on is also appended to `lines` (null: no longer).
+void Capture(QStringList* lines);
 
 }  // namespace runlog
 

@@ -2,11 +2,17 @@
 // loaded and the receiver simulator, linked into this process, as the
 // middleware the plug-in calls.
 #include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
 #include <QFileInfo>
+#include <QTimer>
+#include <QVector>
+#include <QXmlStreamWriter>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <unistd.h>
+
 
 #include "runner/log.h"
 #include "runner/options.h"
@@ -23,6 +29,102 @@ bool Plumbing(const std::string& op) {
   return op == "MwStringGetSize" || op == "MwStringIsValid" || op == "MwStringCopyTo" ||
          op == "MwListGetCount" || op == "MwListGetItem" || op == "MwObjectRelease" ||
          op == "MwVideoSetPaintRect";
+}
+
+struct PageResult {
+  QString name;  // the page as given
+  int code = 0;
+  QString why;
+  double seconds = 0;
+  QStringList log;
+};
+
+// The pages one after the other, each on a fresh receiver in a window of
+// its own, all in one run of the event loop (the browser engine's timers
+// do not survive leaving it); the loop ends after the last.
+class Sequence : public QObject {
+ public:
+  Sequence(const Options& options, QStringList targets) : options_(options), targets_(std::move(targets)) {}
+  const QVector<PageResult>& Results() const { return results_; }
+  void Next() {
+    if (targets_.isEmpty()) return QApplication::exit(0);
+    if (!options_.autostart) SetTarget(&options_, targets_.first());
+    targets_.removeFirst();
+    results_ << PageResult();
+    PageResult& result = results_.last();
+    result.name = options_.autostart ? QString("AUTOSTART application") : options_.target;
+    runlog::Capture(&result.log);
+    clock_.start();
+    sim::Reset();
+    if (!options_.receiver.isEmpty()) sim::LoadDescription(options_.receiver.toStdString(), nullptr);
+    runlog::Line("run", options_.receiver.isEmpty() ? "receiver: built-in" : "receiver " + options_.receiver);
+    if (options_.clock_rate >= 0) sim::SetClockRate(options_.clock_rate);
+    Runner* runner = new Runner(options_);
+    connect(runner, &Runner::finished, this, [this, runner](int code) { Done(runner, code); });
+    if (!runner->Start()) Done(runner, 3);
+  }
+
+ private:
+  void Done(Runner* runner, int code) {
+    PageResult& result = results_.last();
+    result.code = code;
+    result.why = runner->Why();
+    result.seconds = clock_.nsecsElapsed() / 1e9;
+    runlog::Capture(nullptr);
+    runner->deleteLater();
+    QTimer::singleShot(0, this, [this] { Next(); });
+  }
+  Options options_;
+  QStringList targets_;
+  QVector<PageResult> results_;
+  QElapsedTimer clock_;
+};
+
+// JUnit XML: one test case per page; exit codes 0 pass, 77 skipped, others fail.
+bool WriteJUnit(const QString& path, const QVector<PageResult>& results) {
+  QFile file(path);
+  if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) return false;
+  int failures = 0, skipped = 0;
+  double total = 0;
+  for (const PageResult& r : results) {
+    failures += r.code != 0 && r.code != 77;
+    skipped += r.code == 77;
+    total += r.seconds;
+  }
+  QXmlStreamWriter xml(&file);
+  xml.setAutoFormatting(true);
+  xml.writeStartDocument();
+  xml.writeStartElement("testsuites");
+  xml.writeStartElement("testsuite");
+  xml.writeAttribute("name", "orvane-run");
+  xml.writeAttribute("tests", QString::number(results.size()));
+  xml.writeAttribute("failures", QString::number(failures));
+  xml.writeAttribute("errors", "0");
+  xml.writeAttribute("skipped", QString::number(skipped));
+  xml.writeAttribute("time", QString::number(total, 'f', 3));
+  for (const PageResult& r : results) {
+    xml.writeStartElement("testcase");
+    xml.writeAttribute("classname", "orvane-run");
+    xml.writeAttribute("name", r.name);
+    xml.writeAttribute("time", QString::number(r.seconds, 'f', 3));
+    QString message = QString("exit code %1: %2").arg(r.code).arg(r.why);
+    if (r.code == 77) {
+      xml.writeStartElement("skipped");
+      xml.writeAttribute("message", r.why);
+      xml.writeEndElement();
+    } else if (r.code != 0) {
+      xml.writeStartElement("failure");
+      xml.writeAttribute("message", message);
+      xml.writeCharacters(r.log.join('\n'));
+      xml.writeEndElement();
+    }
+    xml.writeTextElement("system-out", r.log.join('\n'));
+    xml.writeEndElement();
+  }
+  xml.writeEndElement();
+  xml.writeEndElement();
+  xml.writeEndDocument();
+  return file.error() == QFile::NoError;
 }
 
 }  // namespace
@@ -52,30 +154,33 @@ int main(int argc, char** argv) {
     return 3;
   }
 
-  runlog::Start();
+  std::string why;
   sim::Reset();
-  if (!options.receiver.isEmpty()) {
-    std::string why;
-    if (!sim::LoadDescription(options.receiver.toStdString(), &why)) {
-      fprintf(stderr, "orvane-run: %s: %s\n", options.receiver.toLocal8Bit().constData(), why.c_str());
-      return 3;
-    }
-    runlog::Line("run", "receiver " + options.receiver);
-  } else {
-    runlog::Line("run", "receiver: built-in");
+  if (!options.receiver.isEmpty() && !sim::LoadDescription(options.receiver.toStdString(), &why)) {
+    fprintf(stderr, "orvane-run: %s: %s\n", options.receiver.toLocal8Bit().constData(), why.c_str());
+    return 3;
   }
-  if (options.clock_rate >= 0) sim::SetClockRate(options.clock_rate);
-
+  runlog::Start();
   QApplication app(argc, argv);
-  Runner runner(options);
+  app.setQuitOnLastWindowClosed(false);  // one page's window goes before the next comes
   const QString calls = options.calls;
   sim::SetCallObserver([calls](const sim::Call& call) {
     if (calls == "all" || (calls == "app" && !Plumbing(call.op))) runlog::Call(call);
     VideoPlane::Observe(call);
   });
-  if (!runner.Start()) return 3;
-  int code = app.exec();
+  Sequence pages(options, options.autostart ? QStringList{QString()} : options.targets);
+  QTimer::singleShot(0, &pages, [&pages] { pages.Next(); });
+  app.exec();
+  const QVector<PageResult>& results = pages.Results();
   sim::SetCallObserver(nullptr);
+  int code = 0;
+  for (const PageResult& r : results)
+    if (r.code != 0 && r.code != 77 && code == 0) code = r.code;
+  if (results.size() == 1) code = results[0].code;
+  if (!options.junit.isEmpty() && !WriteJUnit(options.junit, results)) {
+    fprintf(stderr, "orvane-run: cannot write %s\n", options.junit.toLocal8Bit().constData());
+    if (code == 0) code = 3;
+  }
   fflush(stdout);
   // The browser does not shut plug-ins down at exit; leave without running
   // static destructors under the simulator's thread.

@@ -12,7 +12,10 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
       "as its middleware, printing every middleware call, event and console message.");
   p.addHelpOption();
   p.addPositionalArgument("application", "An HTML page, an http://127.0.0.1 URL or an XML AIT file (.xml, .ait, .aitx);\n"
-                                         "none with --autostart.");
+                                         "several run one after the other, each on a fresh receiver; none with --autostart.",
+                          "application...");
+  QCommandLineOption junit("junit", "Write a JUnit XML report: one test case per page, with its result, duration "
+                                    "and, for a failure, its log.", "file");
   QCommandLineOption autostart("autostart", "Start the current channel's AUTOSTART application from the receiver's AIT, "
                                             "as a TV does when it tunes.");
   QCommandLineOption stay("stay", "When the application destroys itself, the broadcast shows alone and the run goes "
@@ -40,7 +43,7 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
                                     "handle releases and paint rectangles; the default) or none.", "which");
   QCommandLineOption plugin("plugin", "The plug-in library (default: libnporvane.so of this build).", "file");
   QCommandLineOption size("size", "Screen size WxH (1280x720).", "size");
-  p.addOptions({autostart, stay, receiver, clock_rate, keys, key_start, key_interval, screenshot, timeout, stop_on, result, print_text, expect_text, expect_console, expect_pixel, calls, plugin, size});
+  p.addOptions({junit, autostart, stay, receiver, clock_rate, keys, key_start, key_interval, screenshot, timeout, stop_on, result, print_text, expect_text, expect_console, expect_pixel, calls, plugin, size});
   if (!p.parse(arguments)) {
     *error = p.errorText();
     return false;
@@ -48,13 +51,13 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
   if (p.isSet("help")) p.showHelp(0);
   o->autostart = p.isSet(autostart);
   o->stay = p.isSet(stay);
-  if (p.positionalArguments().size() != (o->autostart ? 0 : 1)) {
-    *error = o->autostart ? "--autostart takes no application" : "give exactly one application (see --help)";
+  o->junit = p.value(junit);
+  o->targets = p.positionalArguments();
+  if (o->autostart ? !o->targets.isEmpty() : o->targets.isEmpty()) {
+    *error = o->autostart ? "--autostart takes no application" : "give an application (see --help)";
     return false;
   }
-  if (!o->autostart) o->target = p.positionalArguments().first();
-  QString suffix = QFileInfo(QUrl(o->target).path()).suffix().toLower();
-  o->target_is_ait = suffix == "xml" || suffix == "ait" || suffix == "aitx";
+  SetTarget(o, o->autostart ? QString() : o->targets.first());
   o->receiver = p.value(receiver);
   for (const QString& k : p.values(keys))
     for (const QString& one : k.split(',', Qt::SkipEmptyParts)) o->keys << one.trimmed();
@@ -103,4 +106,10 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
     o->height = wh[1].toInt();
   }
   return true;
+}
+
+void SetTarget(Options* o, const QString& target) {
+  o->target = target;
+  QString suffix = QFileInfo(QUrl(target).path()).suffix().toLower();
+  o->target_is_ait = suffix == "xml" || suffix == "ait" || suffix == "aitx";
 }

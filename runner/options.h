@@ -6,8 +6,10 @@
 #include <QStringList>
 
 struct Options {
-  QString target;          // a page file, an http URL or an XML AIT file
+  QStringList targets;     // the pages (files, http URLs, XML AITs) run one after the other
+  QString target;          // the one running: a page file, an http URL or an XML AIT file
   bool target_is_ait = false;
+  QString junit;           // JUnit XML report written at the end, one test case per page
   bool autostart = false;  // open the current channel's AUTOSTART application (no target)
   bool stay = false;       // an application that destroys itself does not end the run
   QString receiver;        // receiver description file; empty: the built-in receiver
@@ -32,5 +34,7 @@ struct Options {
 
 // Parses the command line; on a usage error prints it and returns false.
 bool ParseOptions(const QStringList& arguments, Options* options, QString* error);
+// Makes `target` the one that runs.
+void SetTarget(Options* options, const QString& target);
 
 #endif

@@ -41,6 +41,12 @@ Runner::Runner(const Options& options) : options_(options) {
           [](const QUrl& url) { runlog::Line("run", "document " + url.toString()); });
 }
 
+Runner::~Runner() {
+  delete applications_;
+  delete view_;
+  delete plane_;
+}
+
 QUrl Runner::TargetUrl() const {
   QUrl url(options_.target);
   if (url.scheme() == "http" || url.scheme() == "https" || url.scheme() == "file") return url;
@@ -51,20 +57,23 @@ bool Runner::Start() {
   if (options_.autostart) {
     sim::AitEntry entry;
     if (!sim::FindAitEntry("", &entry)) {
-      runlog::Line("run", "the current channel signals no AUTOSTART application");
+      why_ = "the current channel signals no AUTOSTART application";
+      runlog::Line("run", why_);
       return false;
     }
-    options_.target = QString::fromStdString(entry.url);
+    SetTarget(&options_, QString::fromStdString(entry.url));
     runlog::Line("run", QString("AUTOSTART application %1.%2").arg(entry.org_id, 0, 16).arg(entry.app_id, 0, 16));
   }
   QUrl url = TargetUrl();
   if (url.isLocalFile() && !QFileInfo(url.toLocalFile()).isFile()) {
-    runlog::Line("run", "no such file: " + url.toLocalFile());
+    why_ = "no such file: " + url.toLocalFile();
+    runlog::Line("run", why_);
     return false;
   }
   for (const QString& k : options_.keys) {
     if (!k.startsWith("wait:") && !FindKey(k)) {
-      runlog::Line("run", "unknown key: " + k);
+      why_ = "unknown key: " + k;
+      runlog::Line("run", why_);
       return false;
     }
   }
@@ -170,6 +179,7 @@ bool PixelShows(const QImage& shot, const QString& expected) {
 void Runner::Finish(int code, const QString& why) {
   if (finished_) return;
   finished_ = true;
+  why_ = why;
   runlog::Line("run", why);
   // Let pending paints and queued events land before the picture is taken.
   QTimer::singleShot(50, this, [this, code]() mutable {
@@ -208,6 +218,6 @@ void Runner::Finish(int code, const QString& why) {
     sim::WaitIdle(0);
     runlog::Line("run", QString("end: %1 middleware reference(s) still held, %2 release error(s); exit code %3")
                             .arg(sim::HeldHandles()).arg(sim::ReleaseErrors()).arg(code));
-    QApplication::exit(code);
+    emit finished(code);
   });
 }

@@ -19,8 +19,15 @@ class Runner : public QObject {
   Q_OBJECT
  public:
   explicit Runner(const Options& options);
+  ~Runner() override;
   // Opens the application; false (with the reason printed) when it cannot.
   bool Start();
+  // Why the run ended (after it did).
+  const QString& Why() const { return why_; }
+
+ signals:
+  // The run has ended, its window is gone; `code` is its exit code.
+  void finished(int code);
  private:
   void OnLoadFinished(bool ok);
   void OnConsole(const QString& message);
@@ -38,6 +45,7 @@ class Runner : public QObject {
   bool keys_started_ = false;
   int next_key_ = 0;
   bool finished_ = false;
+  QString why_;
   QStringList console_seen_;  // the expected console texts that came
 };
 
