@@ -60,6 +60,26 @@ const RemoteKey* FindKey(const QString& name) {
   return nullptr;
 }
 
+const RemoteKey* KeyForKeyboard(int qt_key) {
+  struct Binding {
+    int qt_key;
+    const char* name;
+  };
+  static const Binding kBindings[] = {
+      {Qt::Key_Left, "VK_LEFT"},     {Qt::Key_Right, "VK_RIGHT"},  {Qt::Key_Up, "VK_UP"},
+      {Qt::Key_Down, "VK_DOWN"},     {Qt::Key_Return, "VK_ENTER"}, {Qt::Key_Enter, "VK_ENTER"},
+      {Qt::Key_Backspace, "VK_BACK"}, {Qt::Key_F1, "VK_RED"},      {Qt::Key_F2, "VK_GREEN"},
+      {Qt::Key_F3, "VK_YELLOW"},     {Qt::Key_F4, "VK_BLUE"},      {Qt::Key_R, "VK_RED"},
+      {Qt::Key_G, "VK_GREEN"},       {Qt::Key_Y, "VK_YELLOW"},     {Qt::Key_B, "VK_BLUE"},
+      {Qt::Key_PageUp, "VK_PAGE_UP"}, {Qt::Key_PageDown, "VK_PAGE_DOWN"},
+      {Qt::Key_Space, "VK_PLAY_PAUSE"}, {Qt::Key_S, "VK_STOP"},    {Qt::Key_I, "VK_INFO"},
+  };
+  if (qt_key >= Qt::Key_0 && qt_key <= Qt::Key_9) return FindKey(QString(QChar('0' + (qt_key - Qt::Key_0))));
+  for (const Binding& b : kBindings)
+    if (b.qt_key == qt_key) return FindKey(b.name);
+  return nullptr;
+}
+
 QString KeyConstantsScript() {
   QString pairs;
   for (const RemoteKey& k : kKeys) pairs += QString("%1:%2,").arg(k.name).arg(k.code);

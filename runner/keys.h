@@ -17,6 +17,10 @@ struct RemoteKey {
 
 // The key for a name: "VK_RED", "RED", "red", "5" or "VK_5"; null when unknown.
 const RemoteKey* FindKey(const QString& name);
+// The remote's key for a key of the PC keyboard in interactive use: arrows,
+// Enter (OK), Backspace (BACK), digits, F1-F4 and R G Y B (the colour keys),
+// Page Up/Down, Space (PLAY_PAUSE), S (STOP), I (INFO); null for any other.
+const RemoteKey* KeyForKeyboard(int qt_key);
 // Script that defines VK_* and KeyEvent.VK_* in the page, as a receiver's browser does.
 QString KeyConstantsScript();
 // Presses and releases `key` in the page: a native key event where the browser

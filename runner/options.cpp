@@ -18,6 +18,10 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
                                     "and, for a failure, its log.", "file");
   QCommandLineOption autostart("autostart", "Start the current channel's AUTOSTART application from the receiver's AIT, "
                                             "as a TV does when it tunes.");
+  QCommandLineOption interactive("interactive", "A TV window on the desktop with a clickable remote beside it; the "
+                                                "keyboard is the remote (arrows, Enter = OK, Backspace = BACK, digits, "
+                                                "F1-F4 or R G Y B = the colour keys, Space = PLAY_PAUSE, S = STOP, "
+                                                "I = INFO, Page Up/Down). No time limit unless --timeout; implies --stay.");
   QCommandLineOption stay("stay", "When the application destroys itself, the broadcast shows alone and the run goes "
                                   "on (by default the run ends there).");
   QCommandLineOption receiver({"r", "receiver"}, "Receiver description (JSON); default: the built-in receiver.", "file");
@@ -43,14 +47,16 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
                                     "handle releases and paint rectangles; the default) or none.", "which");
   QCommandLineOption plugin("plugin", "The plug-in library (default: libnporvane.so of this build).", "file");
   QCommandLineOption size("size", "Screen size WxH (1280x720).", "size");
-  p.addOptions({junit, autostart, stay, receiver, clock_rate, keys, key_start, key_interval, screenshot, timeout, stop_on, result, print_text, expect_text, expect_console, expect_pixel, calls, plugin, size});
+  p.addOptions({interactive, junit, autostart, stay, receiver, clock_rate, keys, key_start, key_interval, screenshot, timeout, stop_on, result, print_text, expect_text, expect_console, expect_pixel, calls, plugin, size});
   if (!p.parse(arguments)) {
     *error = p.errorText();
     return false;
   }
   if (p.isSet("help")) p.showHelp(0);
   o->autostart = p.isSet(autostart);
-  o->stay = p.isSet(stay);
+  o->interactive = p.isSet(interactive);
+  o->stay = p.isSet(stay) || o->interactive;
+  if (o->interactive) o->timeout_ms = 0;
   o->junit = p.value(junit);
   o->targets = p.positionalArguments();
   if (o->autostart ? !o->targets.isEmpty() : o->targets.isEmpty()) {

@@ -12,6 +12,7 @@ struct Options {
   QString junit;           // JUnit XML report written at the end, one test case per page
   bool autostart = false;  // open the current channel's AUTOSTART application (no target)
   bool stay = false;       // an application that destroys itself does not end the run
+  bool interactive = false;  // the keyboard and a clickable remote drive the page; no time limit
   QString receiver;        // receiver description file; empty: the built-in receiver
   QStringList keys;        // key names to press, in order ("VK_RED", "5", "wait:500")
   int key_start_ms = 500;  // after the page has loaded

@@ -2,7 +2,9 @@
 
 #include <QApplication>
 #include <QFileInfo>
+#include <QHBoxLayout>
 #include <QImage>
+#include <QKeyEvent>
 #include <QTimer>
 #include <QWebFrame>
 
@@ -11,6 +13,7 @@
 #include "runner/log.h"
 #include "runner/network.h"
 #include "runner/page.h"
+#include "runner/remote.h"
 #include "runner/screen.h"
 #include "runner/video_plane.h"
 #include "sim/appmgr_sim.h"
@@ -21,6 +24,19 @@ Runner::Runner(const Options& options) : options_(options) {
   plane_ = new VideoPlane(options.width, options.height);
   view_ = new Screen(plane_, options.width, options.height);
   view_->setWindowTitle("Orvane");
+  if (options.interactive) {
+    window_ = new QWidget;
+    window_->setWindowTitle("Orvane");
+    auto* row = new QHBoxLayout(window_);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(0);
+    row->addWidget(view_, 0, Qt::AlignTop);
+    auto* remote = new Remote(window_);
+    row->addWidget(remote);
+    connect(remote, &Remote::pressed, this, [this](const RemoteKey* key) { Deliver(*key, "remote"); });
+    view_->installEventFilter(this);
+    window_->installEventFilter(this);
+  }
   page_ = new Page(view_);
   page_->setNetworkAccessManager(new Network(page_));
   view_->setPage(page_);
@@ -43,8 +59,34 @@ Runner::Runner(const Options& options) : options_(options) {
 
 Runner::~Runner() {
   delete applications_;
-  delete view_;
+  if (window_) delete window_;  // with the view in it
+  else delete view_;
   delete plane_;
+}
+
+bool Runner::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == window_ && event->type() == QEvent::Close) {
+    Finish(0, "the window was closed");
+    return false;
+  }
+  bool key_event = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+  // The keys the runner itself gives the page are not spontaneous.
+  if (watched != view_ || !key_event || !event->spontaneous()) return false;
+  const RemoteKey* key = KeyForKeyboard(static_cast<QKeyEvent*>(event)->key());
+  if (key && event->type() == QEvent::KeyPress && !static_cast<QKeyEvent*>(event)->isAutoRepeat())
+    Deliver(*key, "keyboard");
+  return true;  // the remote has no other keys
+}
+
+void Runner::Deliver(const RemoteKey& key, const char* from) {
+  if (finished_) return;
+  if (!KeyAllowed(key)) {
+    runlog::Line("key", QString("%1 (%2) from the %3 not delivered: not in the application's keyset")
+                            .arg(key.name).arg(key.code).arg(from));
+    return;
+  }
+  runlog::Line("key", QString("%1 (%2) from the %3").arg(key.name).arg(key.code).arg(from));
+  PressKey(view_, key);
 }
 
 QUrl Runner::TargetUrl() const {
@@ -77,7 +119,12 @@ bool Runner::Start() {
       return false;
     }
   }
-  view_->show();
+  if (window_) {
+    window_->show();
+    view_->setFocus();
+  } else {
+    view_->show();
+  }
   if (options_.timeout_ms > 0)
     QTimer::singleShot(options_.timeout_ms, this, [this] {
       Finish(options_.result ? 2 : 0, QString("time limit of %1 s reached").arg(options_.timeout_ms / 1000.0));
@@ -134,13 +181,7 @@ void Runner::NextKey() {
   if (name.startsWith("wait:")) {
     delay = name.mid(5).toInt();
   } else {
-    const RemoteKey* key = FindKey(name);
-    if (!KeyAllowed(*key)) {
-      runlog::Line("key", QString("%1 (%2) not delivered: not in the application's keyset").arg(key->name).arg(key->code));
-    } else {
-      runlog::Line("key", QString("%1 (%2)").arg(key->name).arg(key->code));
-      PressKey(view_, *key);
-    }
+    Deliver(*FindKey(name), "script");
   }
   QTimer::singleShot(delay, this, &Runner::NextKey);
 }
@@ -211,7 +252,9 @@ void Runner::Finish(int code, const QString& why) {
     // report what the application left held in the middleware.
     delete applications_;
     applications_ = nullptr;
-    delete view_;
+    if (window_) delete window_;
+    else delete view_;
+    window_ = nullptr;
     view_ = nullptr;
     delete plane_;
     plane_ = nullptr;

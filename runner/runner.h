@@ -11,6 +11,7 @@
 
 class Applications;
 class Page;
+class QWidget;
 class Screen;
 class VideoPlane;
 struct RemoteKey;
@@ -33,12 +34,17 @@ class Runner : public QObject {
   void OnConsole(const QString& message);
   void NextKey();
   bool KeyAllowed(const RemoteKey& key);
+  // A remote key pressed (by the script of keys, the keyboard or the
+  // on-screen remote), given to the page if its keyset lets it through.
+  void Deliver(const RemoteKey& key, const char* from);
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void Finish(int code, const QString& why);
   QUrl TargetUrl() const;
 
   Options options_;
   VideoPlane* plane_ = nullptr;
   Screen* view_ = nullptr;
+  QWidget* window_ = nullptr;  // interactive use: the TV and the remote beside it
   Page* page_ = nullptr;
   Applications* applications_ = nullptr;
   bool bootstrap_ = false;   // the AIT page is showing, the application is yet to come

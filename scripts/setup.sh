@@ -13,6 +13,8 @@ packages=(cmake g++ make libgtest-dev libgmock-dev libbenchmark-dev
   clang libclang-rt-14-dev
   # the browser runner and its tests: QtWebKit, a virtual X server, a font
   qtbase5-dev libqt5webkit5-dev xvfb xauth fonts-dejavu-core
+  # the interactive mode's test: real X key events and clicks
+  xdotool
   "$@")
 missing=()
 for p in "${packages[@]}"; do
