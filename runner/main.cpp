@@ -16,9 +16,11 @@
 
 #include "runner/log.h"
 #include "runner/options.h"
+#include "runner/real_media.h"
 #include "runner/runner.h"
 #include "runner/video_plane.h"
 #include "sim/description.h"
+#include "sim/media_engine.h"
 #include "sim/sim.h"
 
 namespace {
@@ -163,6 +165,8 @@ int main(int argc, char** argv) {
   runlog::Start();
   QApplication app(argc, argv);
   app.setQuitOnLastWindowClosed(false);  // one page's window goes before the next comes
+  RealMedia media;
+  sim::SetMediaEngine(RealMedia::Available() ? &media : nullptr);
   const QString calls = options.calls;
   sim::SetCallObserver([calls](const sim::Call& call) {
     if (calls == "all" || (calls == "app" && !Plumbing(call.op))) runlog::Call(call);
@@ -173,6 +177,7 @@ int main(int argc, char** argv) {
   app.exec();
   const QVector<PageResult>& results = pages.Results();
   sim::SetCallObserver(nullptr);
+  sim::SetMediaEngine(nullptr);
   int code = 0;
   for (const PageResult& r : results)
     if (r.code != 0 && r.code != 77 && code == 0) code = r.code;

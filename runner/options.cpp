@@ -43,11 +43,14 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
   QCommandLineOption expect_pixel("expect-pixel", "The screen must show this colour at X,Y when the run ends "
                                                  "(within 8 per channel), or the exit code is 1 (repeatable).",
                                   "X,Y,#RRGGBB");
+  QCommandLineOption snapshot_on("snapshot-on", "The screen that --expect-pixel checks and --screenshot saves is "
+                                               "the one when a console message first contains this text, not the "
+                                               "last.", "text");
   QCommandLineOption calls("calls", "Middleware calls and events printed: all, app (all but string and list reading, "
                                     "handle releases and paint rectangles; the default) or none.", "which");
   QCommandLineOption plugin("plugin", "The plug-in library (default: libnporvane.so of this build).", "file");
   QCommandLineOption size("size", "Screen size WxH (1280x720).", "size");
-  p.addOptions({interactive, junit, autostart, stay, receiver, clock_rate, keys, key_start, key_interval, screenshot, timeout, stop_on, result, print_text, expect_text, expect_console, expect_pixel, calls, plugin, size});
+  p.addOptions({interactive, junit, autostart, stay, receiver, clock_rate, keys, key_start, key_interval, screenshot, timeout, stop_on, result, print_text, expect_text, expect_console, expect_pixel, snapshot_on, calls, plugin, size});
   if (!p.parse(arguments)) {
     *error = p.errorText();
     return false;
@@ -89,6 +92,7 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
   o->expect_text = p.values(expect_text);
   o->expect_pixel = p.values(expect_pixel);
   o->expect_console = p.values(expect_console);
+  o->snapshot_on = p.value(snapshot_on);
   for (const QString& e : o->expect_pixel) {
     QStringList f = e.split(',');
     if (f.size() != 3 || !QColor::isValidColor(f[2])) {

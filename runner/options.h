@@ -24,7 +24,8 @@ struct Options {
   bool print_text = false;  // print the page's text when the run ends
   QStringList expect_text;  // texts the page must show when the run ends (else exit code 1)
   QStringList expect_console;  // texts some console message must contain (else exit code 1)
-  QStringList expect_pixel;  // "X,Y,#RRGGBB": colours the screen must show when the run ends
+  QStringList expect_pixel;
+  QString snapshot_on;  // the screen checked and saved is the one when a console message contains this  // "X,Y,#RRGGBB": colours the screen must show when the run ends
   bool result = false;     // the page reports PASS/FAIL/SKIP on the console; that is the exit code
   // Which middleware calls and events are printed: "all", "app" (all but the
   // reading of strings and lists, handle releases and paint rectangles) or "none".

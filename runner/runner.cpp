@@ -13,6 +13,7 @@
 #include "runner/log.h"
 #include "runner/network.h"
 #include "runner/page.h"
+#include "runner/real_media.h"
 #include "runner/remote.h"
 #include "runner/screen.h"
 #include "runner/video_plane.h"
@@ -53,8 +54,10 @@ Runner::Runner(const Options& options) : options_(options) {
   page_->mainFrame()->setScrollBarPolicy(Qt::Vertical, Qt::ScrollBarAlwaysOff);
   connect(page_, &QWebPage::loadFinished, this, &Runner::OnLoadFinished);
   connect(page_, &Page::consoleMessage, this, &Runner::OnConsole);
-  connect(page_->mainFrame(), &QWebFrame::urlChanged, this,
-          [](const QUrl& url) { runlog::Line("run", "document " + url.toString()); });
+  connect(page_->mainFrame(), &QWebFrame::urlChanged, this, [](const QUrl& url) {
+    runlog::Line("run", "document " + url.toString());
+    if (RealMedia* media = RealMedia::Current()) media->SetBase(url);  // relative media URLs
+  });
 }
 
 Runner::~Runner() {
@@ -187,6 +190,10 @@ void Runner::NextKey() {
 }
 
 void Runner::OnConsole(const QString& message) {
+  if (!options_.snapshot_on.isEmpty() && snapshot_.isNull() && message.contains(options_.snapshot_on) && view_) {
+    snapshot_ = view_->Picture();
+    runlog::Line("run", "snapshot of the screen");
+  }
   for (const QString& text : options_.expect_console)
     if (message.contains(text) && !console_seen_.contains(text)) console_seen_ << text;
   if (options_.result) {
@@ -238,7 +245,7 @@ void Runner::Finish(int code, const QString& why) {
       runlog::Line("run", "no console message contains \"" + expected + "\"");
       if (code == 0) code = 1;
     }
-    QImage shot = view_->Picture();
+    QImage shot = snapshot_.isNull() ? view_->Picture() : snapshot_;
     for (const QString& expected : options_.expect_pixel) {
       if (PixelShows(shot, expected)) continue;
       if (code == 0) code = 1;

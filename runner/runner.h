@@ -4,6 +4,7 @@
 #ifndef ORVANE_RUNNER_RUNNER_H
 #define ORVANE_RUNNER_RUNNER_H
 
+#include <QImage>
 #include <QObject>
 #include <QUrl>
 
@@ -52,7 +53,8 @@ class Runner : public QObject {
   int next_key_ = 0;
   bool finished_ = false;
   QString why_;
-  QStringList console_seen_;  // the expected console texts that came
+  QStringList console_seen_;
+  QImage snapshot_;  // taken at --snapshot-on  // the expected console texts that came
 };
 
 #endif

@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <mutex>
 
+#include "runner/real_media.h"
 #include "sim/avcontrol_sim.h"
 #include "sim/receiver.h"
 
@@ -48,6 +49,8 @@ VideoPlane::VideoPlane(int width, int height) : screen_(0, 0, width, height) {
     if (!Players().isEmpty()) emit changed();
   });
   clock_.start(100);
+  if (RealMedia* media = RealMedia::Current())
+    connect(media, &RealMedia::frame, this, [this] { emit changed(); }, Qt::QueuedConnection);
 }
 
 VideoPlane::~VideoPlane() {
@@ -135,13 +138,23 @@ QVector<VideoPlane::Player> VideoPlane::Players() const {
     QString status = Timecode(s.position) + " / " + Timecode(s.play_time);
     if (s.play_state != 1) status += QString("  (%1)").arg(kPlayerStates[s.play_state]);
     else if (s.speed != 1) status += QString("  x%1").arg(s.speed);
-    out << Player{r, QString::fromStdString(s.title), status};
+    out << Player{h, r, QString::fromStdString(s.title), status};
   }
   return out;
 }
 
 void VideoPlane::PaintPlayer(QPainter& p, const Player& player) const {
   const QRect& r = player.rect;
+  QImage frame = RealMedia::Current() ? RealMedia::Current()->Frame(player.handle) : QImage();
+  if (!frame.isNull()) {
+    // A real medium's picture, scaled into the rectangle with its shape kept.
+    p.fillRect(r, Qt::black);
+    QSize size = frame.size().scaled(r.size(), Qt::KeepAspectRatio);
+    QRect where(QPoint(0, 0), size);
+    where.moveCenter(r.center());
+    p.drawImage(where, frame);
+    return;
+  }
   p.save();
   p.setClipRect(r);
   QLinearGradient g(r.topLeft(), r.bottomRight());

@@ -47,6 +47,7 @@ class VideoPlane : public QObject {
   void PaintPicture(QPainter& p, const QRect& r, const QString& channel) const;
   // A video player's rectangle and picture (empty when it shows nothing).
   struct Player {
+    MwHandle handle;
     QRect rect;
     QString title, status;
   };

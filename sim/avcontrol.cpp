@@ -1,7 +1,8 @@
 // The simulated A/V control players: a playlist (the data URL and what was
 // queued) of media from the receiver description, played on the
-// simulator's clock, with placement, full screen, volume and media
-// components, and every change reported from the simulator's thread.
+// simulator's clock (or, for the URLs an installed media engine takes, for
+// real), with placement, full screen, volume and media components, and
+// every change reported from the simulator's thread.
 #include <algorithm>
 #include <chrono>
 #include <functional>
@@ -12,6 +13,7 @@
 #include "middleware/avcontrol.h"
 #include "sim/avcontrol_sim.h"
 #include "sim/core.h"
+#include "sim/media_engine.h"
 #include "sim/receiver.h"
 
 namespace {
@@ -29,7 +31,11 @@ int64_t NowMs() {
   return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now().time_since_epoch()).count();
 }
 
+sim::MediaEngine* g_engine = nullptr;  // under the simulator's lock
+
 struct PlayerObject : sim::Object {
+  MwHandle self = 0;
+  bool real = false;  // the engine plays the current medium
   sim::AVPlayerState state;
   sim::MediaSpec media;
   std::vector<MwHandle> components;  // persistent, of the current medium
@@ -41,9 +47,18 @@ struct PlayerObject : sim::Object {
     size_t t = static_cast<size_t>(state.track);
     return t < state.playlist.size() ? state.playlist[t] : "";
   }
+  ~PlayerObject() override {
+    if (real && g_engine) g_engine->Close(self);
+  }
   // The position now; brings the anchor up to now.
   void Settle() {
     int64_t now = NowMs();
+    if (real) {
+      int32_t at = g_engine ? g_engine->Position(self) : -1;
+      if (at >= 0) state.position = state.play_time > 0 ? std::min(at, state.play_time) : at;
+      anchor_ms = now;
+      return;
+    }
     if (state.play_state == kPlaying && state.speed != 0) {
       int64_t p = state.position + (now - anchor_ms) * state.speed;
       state.position = static_cast<int32_t>(std::max<int64_t>(0, std::min<int64_t>(p, state.play_time)));
@@ -72,16 +87,28 @@ MwHandle Component(const sim::MediaComponentSpec& spec) {
   return sim::Register(c, true);
 }
 
-// Makes the current playlist item the player's medium, at position 0.
+// Makes the current playlist item the player's medium, at position 0. One
+// the engine plays has no duration or components until the engine knows them.
 void Load(PlayerObject& p) {
   std::string url = p.Data();
+  if (p.real && g_engine) g_engine->Close(p.self);
   p.media = sim::MediaAt(url);
+  bool video = p.state.kind == 7 || p.state.kind == 8;
+  p.real = g_engine && p.self && !url.empty() && !p.media.simulated && g_engine->Plays(url);
+  if (p.real) {
+    p.state.title = p.media.title;
+    p.state.play_time = 0;
+    p.state.position = 0;
+    p.components.clear();
+    p.state.active_types.clear();
+    g_engine->Open(p.self, url, video);
+    return;
+  }
   p.state.title = url.empty() ? "" : p.media.title;
   p.state.play_time = url.empty() ? 0 : p.media.duration_ms;
   p.state.position = 0;
   p.components.clear();
   p.state.active_types.clear();
-  bool video = p.state.kind == 7 || p.state.kind == 8;
   for (const sim::MediaComponentSpec& spec : p.media.components) {
     if (spec.type != 1 && !video) continue;  // audio players have audio only
     p.components.push_back(Component(spec));
@@ -97,6 +124,7 @@ MwHandle CreatePlayer(int32_t kind) {
   Load(*p);
   MwHandle h = sim::Register(p, false);
   Lock lock(sim::Mutex());
+  p->self = h;
   g_players.push_back(h);
   return h;
 }
@@ -180,6 +208,7 @@ void AtEnd(MwHandle player, PlayerObject& p) {
     if (p.state.loop > 0) p.state.loop--;
     p.state.position = 0;
     p.anchor_ms = NowMs();
+    if (p.real && g_engine) g_engine->Seek(p.self, 0);
     PositionEvent(player, 0);
     ScheduleEnd(player, p);
     return;
@@ -198,6 +227,7 @@ void AtEnd(MwHandle player, PlayerObject& p) {
 // While playing, the next moment the position runs out of the medium.
 void ScheduleEnd(MwHandle player, PlayerObject& p) {
   uint64_t generation = ++p.generation;
+  if (p.real) return;  // the engine says when the medium ends
   if (p.state.play_state != kPlaying || p.state.speed == 0) return;
   int64_t left = p.state.speed > 0 ? (p.state.play_time - p.state.position) / p.state.speed
                                    : p.state.position / -static_cast<int64_t>(p.state.speed);
@@ -219,6 +249,10 @@ void ScheduleEnd(MwHandle player, PlayerObject& p) {
 void Start(MwHandle player, PlayerObject& p) {
   ChangeState(player, p, kConnecting);
   uint64_t generation = ++p.generation;
+  if (p.real) {
+    if (g_engine) g_engine->Play(player, p.state.speed);
+    return;  // buffering, playing or an error come from the engine
+  }
   After(player, generation, kConnectMs, [player, generation](PlayerObject& q) {
     if (q.media.protected_media) {
       std::string url = q.Data();
@@ -310,6 +344,62 @@ int32_t MoveTo(MwHandle player, int64_t index) {
 }  // namespace
 
 namespace sim {
+
+void SetMediaEngine(MediaEngine* engine) {
+  Lock lock(Mutex());
+  g_engine = engine;
+}
+
+void MediaDuration(MwHandle player, int32_t ms) {
+  WithPlayer(player, [ms](PlayerObject& p) {
+    if (p.real && ms > 0) p.state.play_time = ms;
+  });
+}
+
+void MediaTracks(MwHandle player, int32_t video, const std::vector<std::string>& audio,
+                 const std::vector<std::string>& subtitles) {
+  WithPlayer(player, [video, &audio, &subtitles](PlayerObject& p) {
+    if (!p.real || !p.components.empty()) return;
+    bool shows = p.state.kind == 7 || p.state.kind == 8;
+    std::vector<MediaComponentSpec> specs;
+    for (int32_t i = 0; shows && i < video; i++) specs.push_back({0, "", "", 0});
+    for (const std::string& language : audio) specs.push_back({1, "", language, 0});
+    for (const std::string& language : subtitles)
+      if (shows) specs.push_back({2, "", language, 0});
+    for (const MediaComponentSpec& spec : specs) {
+      p.components.push_back(Component(spec));
+      auto& active = p.state.active_types;
+      if (spec.type != 2 && std::find(active.begin(), active.end(), spec.type) == active.end())
+        active.push_back(spec.type);
+    }
+  });
+}
+
+void MediaBuffering(MwHandle player) {
+  WithPlayer(player, [player](PlayerObject& p) {
+    if (p.real && p.state.play_state == kConnecting) ChangeState(player, p, kBuffering);
+  });
+}
+
+void MediaReady(MwHandle player) {
+  WithPlayer(player, [player](PlayerObject& p) {
+    if (!p.real || (p.state.play_state != kConnecting && p.state.play_state != kBuffering)) return;
+    p.anchor_ms = NowMs();
+    ChangeState(player, p, p.state.speed == 0 ? kPaused : kPlaying);
+  });
+}
+
+void MediaEnded(MwHandle player) {
+  WithPlayer(player, [player](PlayerObject& p) {
+    if (p.real && p.state.play_state == kPlaying) AtEnd(player, p);
+  });
+}
+
+void MediaFailed(MwHandle player, int32_t error) {
+  WithPlayer(player, [player, error](PlayerObject& p) {
+    if (p.real && p.state.play_state != kStopped) ChangeState(player, p, kError, error);
+  });
+}
 
 bool AVPlayer(MwHandle player, AVPlayerState* out) {
   return WithPlayer<bool>(player, false, [out](PlayerObject& p) {
@@ -525,6 +615,7 @@ int32_t MwAVPlay(MwHandle player, uint32_t speed) {
       if (state != kStopped) p.state.position = 0;
       Start(player, p);
     } else if (state == kPlaying || state == kPaused) {
+      if (p.real && g_engine) g_engine->Play(player, factor);
       ChangeState(player, p, factor == 0 ? kPaused : kPlaying);
       ScheduleEnd(player, p);
     }  // connecting or buffering: the new speed applies once playing
@@ -537,6 +628,7 @@ int32_t MwAVSeek(MwHandle player, uint32_t position) {
   return WithPlayer<int32_t>(player, 0, [player, position](PlayerObject& p) {
     if (p.state.playlist.empty() || position > static_cast<uint32_t>(p.state.play_time)) return 0;
     p.Settle();
+    if (p.real && g_engine) g_engine->Seek(player, static_cast<int32_t>(position));
     p.state.position = static_cast<int32_t>(position);
     PositionEvent(player, p.state.position);
     ScheduleEnd(player, p);
@@ -549,6 +641,7 @@ int32_t MwAVSetVolume(MwHandle player, uint32_t volume) {
   return WithPlayer<int32_t>(player, 0, [volume](PlayerObject& p) {
     if (volume > 100) return 0;
     p.state.volume = static_cast<int32_t>(volume);
+    if (p.real && g_engine) g_engine->SetVolume(p.self, p.state.volume);
     return 1;
   });
 }
@@ -558,6 +651,7 @@ int32_t MwAVStop(MwHandle player) {
   return WithPlayer<int32_t>(player, 0, [player](PlayerObject& p) {
     p.generation++;
     p.state.speed = 0;
+    if (p.real && g_engine) g_engine->Stop(player);
     ChangeState(player, p, kStopped);
     p.state.position = 0;
     return 1;

@@ -72,6 +72,7 @@ MediaSpec Media(const json& j, const MediaSpec& fallback) {
   }
   m.protected_media = Int(j, "protected") != 0;
   m.unplayable = Int(j, "unplayable") != 0;
+  m.simulated = Int(j, "simulated") != 0;
   m.error = Int(j, "error", fallback.error);
   return m;
 }

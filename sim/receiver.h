@@ -89,6 +89,7 @@ struct MediaSpec {
   bool protected_media = false;  // no rights: a DRM rights error, then error
   bool unplayable = false;       // error, with `error`
   int32_t error = 4;             // the player's error number for unplayable media
+  bool simulated = false;        // stays simulated where a media engine would play it
 };
 
 // What the receiver can do; the capability description XML and
