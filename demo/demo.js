@@ -16,7 +16,8 @@ var demo = (function () {
   var start = new Date().getTime();
   var catchup = null;    // the catch-up player while it plays
   var catchupTimer = null;
-  var catchupUrl = 'http://media.orvane.example/catchup/last-night.mp4';
+  // Made by scripts/run-demo.sh beside the page; orvane-run plays it for real.
+  var catchupUrl = 'media/last-night.mp4';
   var recording = null;  // the scheduled recording of a next programme
   var recordingStates = ['scheduled', 'recording', 'recorded', 'partly recorded', 'failed'];
 

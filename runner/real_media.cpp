@@ -42,6 +42,11 @@ GstElement* AudioSink() {
   static const bool device = [] {  // asked once: probing every sink takes a while
     GstElement* probe = gst_element_factory_make("autoaudiosink", nullptr);
     bool opens = probe && gst_element_set_state(probe, GST_STATE_READY) != GST_STATE_CHANGE_FAILURE;
+    if (opens) {  // with no device it settles for a fake sink of its own
+      GstElement* fake = gst_bin_get_by_name(GST_BIN(probe), "fake-audio-sink");
+      if (fake) gst_object_unref(fake);
+      opens = fake == nullptr;
+    }
     if (probe) {
       gst_element_set_state(probe, GST_STATE_NULL);
       gst_object_unref(probe);

@@ -15,6 +15,12 @@ packages=(cmake g++ make libgtest-dev libgmock-dev libbenchmark-dev
   qtbase5-dev libqt5webkit5-dev xvfb xauth fonts-dejavu-core
   # the interactive mode's test: real X key events and clicks
   xdotool
+  # real media in the runner (GStreamer): playback, the demuxers and decoders
+  # (MP4, MPEG-TS, MP3, H.264, AAC, DASH), and the encoders the tests and the
+  # demo make their clips with
+  libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev gstreamer1.0-tools
+  gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad
+  gstreamer1.0-plugins-ugly gstreamer1.0-libav
   "$@")
 missing=()
 for p in "${packages[@]}"; do

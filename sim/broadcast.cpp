@@ -251,12 +251,14 @@ bool Register(MwHandle h, const std::string& name, uint32_t kind, int32_t tag = 
 }
 
 // Whether a dvb: URL names the current service: dvb://ONID.TSID.SID[.TAG]
-// (hexadecimal) with anything after it; `tag` gets the component tag or -1.
+// (hexadecimal), dvb://current or dvb://current.ait, with anything after
+// it; `tag` gets the component tag or -1.
 bool NamesCurrentService(const std::string& url, int32_t* tag) {
   *tag = -1;
   auto channel = sim::Find<sim::ChannelObject>(sim::CurrentChannel());
   if (!channel || url.compare(0, 6, "dvb://") != 0) return false;
   std::string host = url.substr(6, url.find_first_of("/;?$#", 6) - 6);
+  if (host == "current" || host == "current.ait") return true;  // the service's own carousel
   long ids[4] = {-1, -1, -1, -1};
   size_t start = 0;
   for (int i = 0; i < 4; i++) {
