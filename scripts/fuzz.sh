@@ -21,7 +21,7 @@ for target in script_surface instance style url; do
   work=$(mktemp -d)
   cp -r "fuzz/corpus/$target/." "$work/"
   if [ "$mode" = long ]; then
-    build-fuzz/fuzz/fuzz_$target $dict -runs=10000000 -max_total_time="${2:-1200}" -print_final_stats=1 -close_fd_mask=2 \
+    build-fuzz/fuzz/fuzz_$target $dict -runs=10000000 -max_total_time="${2:-1200}" -print_final_stats=1 -close_fd_mask=3 \
       "$work" 2>&1 | grep -E "^stat::|DONE|==ERROR|SUMMARY|artifact" || true
     build-fuzz/fuzz/fuzz_$target -merge=1 "fuzz/corpus/$target" "$work" >/dev/null 2>&1
   else
