@@ -1,9 +1,12 @@
 #!/usr/bin/env python3
 """Serves a folder on 127.0.0.1 as an HbbTV application server does: pages
 named .hbbtv go out as application/vnd.hbbtv.xhtml+xml, .cehtml as
-application/ce-html+xml, .xhtml as application/xhtml+xml.
+application/ce-html+xml, .xhtml as application/xhtml+xml; byte ranges are
+served, so that media players can seek.
 Usage: serve.py DIR PORT"""
 import http.server
+import os
+import re
 import sys
 from functools import partial
 
@@ -19,6 +22,39 @@ class Handler(http.server.SimpleHTTPRequestHandler):
 
     def log_message(self, *args):
         pass
+
+    def send_head(self):
+        match = re.fullmatch(r'bytes=(\d*)-(\d*)', self.headers.get('Range', ''))
+        path = self.translate_path(self.path)
+        if not match or not os.path.isfile(path):
+            return super().send_head()
+        size = os.path.getsize(path)
+        first = int(match.group(1)) if match.group(1) else max(0, size - int(match.group(2) or 0))
+        last = min(int(match.group(2)), size - 1) if match.group(1) and match.group(2) else size - 1
+        if first >= size or first > last:
+            self.send_error(416)
+            return None
+        f = open(path, 'rb')
+        f.seek(first)
+        self.send_response(206)
+        self.send_header('Content-Type', self.guess_type(path))
+        self.send_header('Content-Range', 'bytes %d-%d/%d' % (first, last, size))
+        self.send_header('Content-Length', str(last - first + 1))
+        self.send_header('Accept-Ranges', 'bytes')
+        self.end_headers()
+        self.range_left = last - first + 1
+        return f
+
+    def copyfile(self, source, outputfile):
+        left = getattr(self, 'range_left', None)
+        if left is None:
+            return super().copyfile(source, outputfile)
+        while left > 0:
+            chunk = source.read(min(65536, left))
+            if not chunk:
+                break
+            outputfile.write(chunk)
+            left -= len(chunk)
 
 
 if __name__ == '__main__':

@@ -129,6 +129,12 @@ bool RealMedia::Plays(const std::string& url) {
 
 void RealMedia::Open(MwHandle player, const std::string& url, bool video) {
   Close(player);
+  // The browser engine registers an http source of its own that works only
+  // on its thread, when it is free: players fetch for themselves.
+  if (GstPluginFeature* webkit = gst_registry_lookup_feature(gst_registry_get(), "webkitwebsrc")) {
+    gst_plugin_feature_set_rank(webkit, GST_RANK_NONE);
+    gst_object_unref(webkit);
+  }
   auto* p = new Pipeline;
   p->player = player;
   p->video = video;
