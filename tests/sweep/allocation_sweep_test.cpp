@@ -108,6 +108,8 @@ TEST_F(SweepTest, BroadcastChannelsAndProgrammes) {
     Call(video, "setChannel", {channel ? host::Obj(channel) : host::Null()});
     Get(Call(Get(video, "programmes"), "item", {host::Int(0)}), "name");
     Call(video, "addStreamEventListener", {host::Str("dvb://1.2.3"), host::Str("now"), host::Obj(Listener())});
+    // A description the browser never delivers: it goes with the element.
+    Call(video, "addStreamEventListener", {host::Str("events.xml"), host::Str("now"), host::Obj(Listener())});
     const MwEventCallbacks* cb = sim::Callbacks();
     cb->Broadcast_onChannelChangeSucceeded(Handle(), sim::NewString("not a channel"));
     cb->Broadcast_onRecordingEvent(Handle(), 1, 0, sim::NewString("rec-1"));
