@@ -23,12 +23,17 @@ using nlohmann::json;
 const int32_t kClock = 1795000000;
 
 // The folder of the description being read (ending in '/'; empty for a
-// text): relative application URLs and carousel folders start there.
-std::string g_base;
+// text): relative application URLs and carousel folders start there. Made
+// on first use: a preloaded simulator reads its description before this
+// unit's statics are constructed.
+std::string& Base() {
+  static std::string base;
+  return base;
+}
 
 std::string Located(const std::string& path) {
   if (path.empty() || path[0] == '/' || path.find("://") != std::string::npos) return path;
-  return g_base.empty() ? path : g_base + path;
+  return Base().empty() ? path : Base() + path;
 }
 
 std::string Str(const json& j, const char* key, const std::string& fallback = "") {
@@ -408,11 +413,11 @@ bool LoadDescription(const std::string& path, std::string* error) {
   char* real = realpath(path.c_str(), nullptr);
   std::string full = real ? real : path;
   free(real);
-  g_base = full.substr(0, full.rfind('/') + 1);
+  Base() = full.substr(0, full.rfind('/') + 1);
 #endif
   bool loaded = LoadDescriptionText(text.str(), error);
 #ifdef ORVANE_HAVE_JSON
-  g_base.clear();
+  Base().clear();
 #endif
   return loaded;
 }
