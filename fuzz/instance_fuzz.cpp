@@ -5,10 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "fuzz/start.h"
 #include "host/host.h"
 #include "sim/sim.h"
-
-extern "C" NPError NP_Initialize(NPNetscapeFuncs* browser, NPPluginFuncs* plugin);
 
 namespace {
 
@@ -28,12 +27,9 @@ std::vector<std::string> Words(const uint8_t* data, size_t size) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  host::Reset();
+  NPPluginFuncs plugin = StartPlugin();
   sim::Reset();
   sim::SetAutoEvents(false);
-  NPPluginFuncs plugin{};
-  plugin.size = sizeof(NPPluginFuncs);
-  NP_Initialize(host::Funcs(), &plugin);
   std::vector<std::string> words = Words(data, size);
   // The type: one of the known spellings, or the first word itself.
   std::string type = size && data[0] < 16 ? kMimes[data[0] % 8] : words[0];

@@ -11,10 +11,9 @@
 #include <vector>
 
 #include "frame/record.h"
+#include "fuzz/start.h"
 #include "host/host.h"
 #include "sim/sim.h"
-
-extern "C" NPError NP_Initialize(NPNetscapeFuncs* browser, NPPluginFuncs* plugin);
 
 namespace {
 
@@ -207,13 +206,11 @@ void Act(Input& in, Page& page) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  host::Reset();
+  Page page{};
+  page.plugin = StartPlugin();
   sim::Reset();
   sim::SetAutoEvents(false);
-  Page page{};
-  page.plugin.size = sizeof(NPPluginFuncs);
   page.spare = host::NewInstance(host::NewPage());
-  NP_Initialize(host::Funcs(), &page.plugin);
   Input in{data, size};
   for (int steps = 0; in.n && steps < 200; steps++) Act(in, page);
   // The page goes.

@@ -4,16 +4,12 @@
 #include <cstdlib>
 #include <string>
 
+#include "fuzz/start.h"
 #include "host/host.h"
 #include "style/style.h"
 
-extern "C" NPError NP_Initialize(NPNetscapeFuncs* browser, NPPluginFuncs* plugin);
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  host::Reset();
-  NPPluginFuncs plugin{};
-  plugin.size = sizeof(NPPluginFuncs);
-  NP_Initialize(host::Funcs(), &plugin);
+  StartPlugin();
   std::string text(reinterpret_cast<const char*>(data), size);
   // Two bytes shape the element chain the placement walks.
   host::PageSpec spec;

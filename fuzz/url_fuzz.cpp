@@ -4,17 +4,13 @@
 #include <cstring>
 #include <string>
 
+#include "fuzz/start.h"
 #include "host/host.h"
 #include "npapi/browser.h"
 #include "utils/url.h"
 
-extern "C" NPError NP_Initialize(NPNetscapeFuncs* browser, NPPluginFuncs* plugin);
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  host::Reset();
-  NPPluginFuncs plugin{};
-  plugin.size = sizeof(NPPluginFuncs);
-  NP_Initialize(host::Funcs(), &plugin);
+  StartPlugin();
   // The input is "page address \n url"; the url's bytes are not terminated.
   const char* split = static_cast<const char*>(memchr(data, '\n', size));
   size_t href_length = split ? static_cast<size_t>(split - reinterpret_cast<const char*>(data)) : size / 2;

@@ -16,7 +16,11 @@ class Page : public QWebPage {
 
   // Whether a failed load is one the engine gave up on for its type, with
   // the document opened as XHTML in its place (each is reported once).
-  bool TakeReopened() { return reopened_ > 0 && reopened_-- > 0; }
+  bool TakeReopened() {
+    if (reopened_ == 0) return false;
+    reopened_--;
+    return true;
+  }
 
  signals:
   void consoleMessage(const QString& message);

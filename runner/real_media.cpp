@@ -101,6 +101,13 @@ struct FrameTarget {
 
 }  // namespace
 
+// Tells the simulator the medium's duration, once the pipeline knows it.
+void RealMedia::ReportDuration(const Pipeline* p) {
+  gint64 duration = 0;
+  if (gst_element_query_duration(p->playbin, GST_FORMAT_TIME, &duration) && duration > 0)
+    sim::MediaDuration(p->player, static_cast<int32_t>(duration / GST_MSECOND));
+}
+
 bool RealMedia::Available() { return true; }
 
 RealMedia::RealMedia() {
@@ -299,9 +306,7 @@ void RealMedia::Poll() {
         }
         case GST_MESSAGE_ASYNC_DONE:
         case GST_MESSAGE_DURATION_CHANGED: {
-          gint64 duration = 0;
-          if (gst_element_query_duration(p->playbin, GST_FORMAT_TIME, &duration) && duration > 0)
-            sim::MediaDuration(player, static_cast<int32_t>(duration / GST_MSECOND));
+          ReportDuration(p);
           if (!p->described && GST_MESSAGE_TYPE(m) == GST_MESSAGE_ASYNC_DONE) {
             p->described = true;
             gint videos = 0;
@@ -320,9 +325,7 @@ void RealMedia::Poll() {
             gst_element_get_state(p->playbin, nullptr, &target, 0);
             if (now == GST_STATE_PLAYING || target != GST_STATE_PLAYING) {
               p->reported = true;
-              gint64 duration = 0;  // known before the page hears it plays
-              if (gst_element_query_duration(p->playbin, GST_FORMAT_TIME, &duration) && duration > 0)
-                sim::MediaDuration(player, static_cast<int32_t>(duration / GST_MSECOND));
+              ReportDuration(p);  // known before the page hears it plays
               sim::MediaReady(player);
             }
           }
@@ -355,5 +358,6 @@ void RealMedia::SetVolume(MwHandle, int32_t) {}
 QImage RealMedia::Frame(MwHandle) { return QImage(); }
 void RealMedia::StoreFrame(MwHandle, const QImage&) {}
 void RealMedia::Poll() {}
+void RealMedia::ReportDuration(const Pipeline*) {}
 
 #endif

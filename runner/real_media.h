@@ -49,6 +49,7 @@ class RealMedia : public QObject, public sim::MediaEngine {
   struct Pipeline;
   QUrl Resolve(const std::string& url) const;
   void Poll();  // the pipelines' messages, on the GUI thread
+  static void ReportDuration(const Pipeline* p);
   QUrl base_;
   QMap<MwHandle, Pipeline*> pipelines_;  // GUI thread only
   QMutex frames_mutex_;

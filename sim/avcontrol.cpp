@@ -87,35 +87,33 @@ MwHandle Component(const sim::MediaComponentSpec& spec) {
   return sim::Register(c, true);
 }
 
+// Makes the components of `specs` the player's: audio players have audio
+// only; the first of each type plays, no subtitles.
+void SetComponents(PlayerObject& p, const std::vector<sim::MediaComponentSpec>& specs) {
+  bool video = p.state.kind == 7 || p.state.kind == 8;
+  p.components.clear();
+  p.state.active_types.clear();
+  std::vector<int32_t>& active = p.state.active_types;
+  for (const sim::MediaComponentSpec& spec : specs) {
+    if (spec.type != 1 && !video) continue;
+    p.components.push_back(Component(spec));
+    if (spec.type != 2 && std::find(active.begin(), active.end(), spec.type) == active.end())
+      active.push_back(spec.type);
+  }
+}
+
 // Makes the current playlist item the player's medium, at position 0. One
 // the engine plays has no duration or components until the engine knows them.
 void Load(PlayerObject& p) {
   std::string url = p.Data();
   if (p.real && g_engine) g_engine->Close(p.self);
   p.media = sim::MediaAt(url);
-  bool video = p.state.kind == 7 || p.state.kind == 8;
   p.real = g_engine && p.self && !url.empty() && !p.media.simulated && g_engine->Plays(url);
-  if (p.real) {
-    p.state.title = p.media.title;
-    p.state.play_time = 0;
-    p.state.position = 0;
-    p.components.clear();
-    p.state.active_types.clear();
-    g_engine->Open(p.self, url, video);
-    return;
-  }
   p.state.title = url.empty() ? "" : p.media.title;
-  p.state.play_time = url.empty() ? 0 : p.media.duration_ms;
+  p.state.play_time = url.empty() || p.real ? 0 : p.media.duration_ms;
   p.state.position = 0;
-  p.components.clear();
-  p.state.active_types.clear();
-  for (const sim::MediaComponentSpec& spec : p.media.components) {
-    if (spec.type != 1 && !video) continue;  // audio players have audio only
-    p.components.push_back(Component(spec));
-    if (std::find(p.state.active_types.begin(), p.state.active_types.end(), spec.type) ==
-            p.state.active_types.end() && spec.type != 2)
-      p.state.active_types.push_back(spec.type);  // the first of each type plays; no subtitles
-  }
+  SetComponents(p, p.real ? std::vector<sim::MediaComponentSpec>() : p.media.components);
+  if (p.real) g_engine->Open(p.self, url, p.state.kind == 7 || p.state.kind == 8);
 }
 
 MwHandle CreatePlayer(int32_t kind) {
@@ -360,18 +358,11 @@ void MediaTracks(MwHandle player, int32_t video, const std::vector<std::string>&
                  const std::vector<std::string>& subtitles) {
   WithPlayer(player, [video, &audio, &subtitles](PlayerObject& p) {
     if (!p.real || !p.components.empty()) return;
-    bool shows = p.state.kind == 7 || p.state.kind == 8;
     std::vector<MediaComponentSpec> specs;
-    for (int32_t i = 0; shows && i < video; i++) specs.push_back({0, "", "", 0});
+    for (int32_t i = 0; i < video; i++) specs.push_back({0, "", "", 0});
     for (const std::string& language : audio) specs.push_back({1, "", language, 0});
-    for (const std::string& language : subtitles)
-      if (shows) specs.push_back({2, "", language, 0});
-    for (const MediaComponentSpec& spec : specs) {
-      p.components.push_back(Component(spec));
-      auto& active = p.state.active_types;
-      if (spec.type != 2 && std::find(active.begin(), active.end(), spec.type) == active.end())
-        active.push_back(spec.type);
-    }
+    for (const std::string& language : subtitles) specs.push_back({2, "", language, 0});
+    SetComponents(p, specs);
   });
 }
 

@@ -250,30 +250,6 @@ bool Register(MwHandle h, const std::string& name, uint32_t kind, int32_t tag = 
   return true;
 }
 
-// Whether a dvb: URL names the current service: dvb://ONID.TSID.SID[.TAG]
-// (hexadecimal), dvb://current or dvb://current.ait, with anything after
-// it; `tag` gets the component tag or -1.
-bool NamesCurrentService(const std::string& url, int32_t* tag) {
-  *tag = -1;
-  auto channel = sim::Find<sim::ChannelObject>(sim::CurrentChannel());
-  if (!channel || url.compare(0, 6, "dvb://") != 0) return false;
-  std::string host = url.substr(6, url.find_first_of("/;?$#", 6) - 6);
-  if (host == "current" || host == "current.ait") return true;  // the service's own carousel
-  long ids[4] = {-1, -1, -1, -1};
-  size_t start = 0;
-  for (int i = 0; i < 4; i++) {
-    size_t end = host.find('.', start);
-    std::string part = host.substr(start, end == std::string::npos ? std::string::npos : end - start);
-    char* stop = nullptr;
-    ids[i] = strtol(part.c_str(), &stop, 16);
-    if (part.empty() || *stop) return false;
-    if (end == std::string::npos) break;
-    start = end + 1;
-  }
-  *tag = static_cast<int32_t>(ids[3]);
-  return ids[0] == channel->onid && ids[1] == channel->tsid && ids[2] == channel->sid;
-}
-
 // True when a stream-event description declares the event `name`: an
 // attribute name="..." (or '...') with that value.
 bool DescriptionDeclares(const std::string& xml, const std::string& name) {
@@ -616,7 +592,7 @@ int32_t MwBroadcastAddStreamEventListener(MwHandle broadcast, uint32_t urlLength
   std::string target = sim::Text(&url_text);
   if (target.compare(0, 4, "dvb:") != 0) return 0;
   int32_t tag;
-  bool here = NamesCurrentService(target, &tag);
+  bool here = sim::NamesCurrentService(target, &tag);
   return Register(broadcast, sim::Text(&name_text), kind, tag, !here) ? 1 : 0;
 }
 

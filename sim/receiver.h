@@ -177,9 +177,13 @@ MwHandle CurrentChannel();
 // dvb://current.ait/ORG.APP), or its AUTOSTART application for an empty
 // id; false when it signals none.
 bool FindAitEntry(const std::string& org_app, AitEntry* out);
-// The file for `url` (dvb://ONID.TSID.SID[.TAG]/path, hexadecimal, or
-// dvb://current/path) in the current channel's carousel folder; empty when
-// the URL names another service or no carousel, or leaves the folder.
+// Whether a dvb: URL names the current service: dvb://ONID.TSID.SID[.TAG]
+// (hexadecimal), dvb://current or dvb://current.ait, with anything after
+// it; `tag` gets the component tag or -1.
+bool NamesCurrentService(const std::string& url, int32_t* tag);
+// The file for `url` (a dvb:// URL of the current service, see above) in
+// the current channel's carousel folder; empty when the URL names another
+// service or no carousel, or leaves the folder.
 std::string CarouselFile(const std::string& url);
 
 // Lets a subsystem drop its runtime state on sim::Reset.

@@ -41,11 +41,30 @@ bool FindAitEntry(const std::string& org_app, AitEntry* out) {
   return false;
 }
 
-std::string CarouselFile(const std::string& url) {
+bool NamesCurrentService(const std::string& url, int32_t* tag) {
+  *tag = -1;
   const std::string scheme = "dvb://";
-  if (url.compare(0, scheme.size(), scheme) != 0) return "";
-  size_t slash = url.find('/', scheme.size());
-  std::string host = url.substr(scheme.size(), slash == std::string::npos ? std::string::npos : slash - scheme.size());
+  auto channel = Current();
+  if (!channel || url.compare(0, scheme.size(), scheme) != 0) return false;
+  std::string host = url.substr(scheme.size(), url.find_first_of("/;?$#", scheme.size()) - scheme.size());
+  if (host == "current" || host == "current.ait") return true;  // the service's own carousel
+  int32_t ids[4] = {-1, -1, -1, -1};
+  size_t start = 0, n = 0;
+  while (n < 4) {
+    size_t end = host.find('.', start);
+    if (!Hex(host.substr(start, end == std::string::npos ? std::string::npos : end - start), &ids[n++])) return false;
+    if (end == std::string::npos) break;
+    start = end + 1;
+  }
+  *tag = ids[3];
+  return n >= 3 && ids[0] == channel->onid && ids[1] == channel->tsid && ids[2] == channel->sid;
+}
+
+std::string CarouselFile(const std::string& url) {
+  int32_t tag;
+  // dvb://current.ait/ORG.APP names an application, not a file.
+  if (url.compare(0, 17, "dvb://current.ait") == 0 || !NamesCurrentService(url, &tag)) return "";
+  size_t slash = url.find('/', 6);
   std::string path = slash == std::string::npos ? "/" : url.substr(slash);
   path = path.substr(0, path.find_first_of("?#"));
   if (path.find("/../") != std::string::npos || (path.size() >= 3 && path.compare(path.size() - 3, 3, "/..") == 0))
@@ -53,18 +72,6 @@ std::string CarouselFile(const std::string& url) {
   std::lock_guard<std::recursive_mutex> lock(Mutex());
   auto channel = Current();
   if (!channel || channel->carousel.empty()) return "";
-  if (host != "current") {
-    // ONID.TSID.SID, with a component tag or not: this service's only.
-    int32_t ids[4] = {0, 0, 0, 0};
-    size_t start = 0, n = 0;
-    while (n < 4) {
-      size_t end = host.find('.', start);
-      if (!Hex(host.substr(start, end == std::string::npos ? std::string::npos : end - start), &ids[n++])) return "";
-      if (end == std::string::npos) break;
-      start = end + 1;
-    }
-    if (n < 3 || ids[0] != channel->onid || ids[1] != channel->tsid || ids[2] != channel->sid) return "";
-  }
   if (path == "/") path = "/index.html";
   return channel->carousel + path;
 }
