@@ -28,7 +28,6 @@ std::vector<std::string> Words(const uint8_t* data, size_t size) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   NPPluginFuncs plugin = StartPlugin();
-  sim::Reset();
   sim::SetAutoEvents(false);
   std::vector<std::string> words = Words(data, size);
   // The type: one of the known spellings, or the first word itself.
@@ -65,8 +64,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   }
   host::Pump();
   host::UnloadPages();
-  if (host::LiveBlocks() || host::BadFrees() || host::LivePluginObjects() || host::ReferenceErrors() ||
-      host::LiveRecords() || sim::HeldHandles())
-    std::abort();
+  CheckAccounting();
   return 0;
 }

@@ -208,7 +208,6 @@ void Act(Input& in, Page& page) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   Page page{};
   page.plugin = StartPlugin();
-  sim::Reset();
   sim::SetAutoEvents(false);
   page.spare = host::NewInstance(host::NewPage());
   Input in{data, size};
@@ -223,15 +222,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   host::Pump();
   host::UnloadPages();
   host::Pump();
-  bool clean = host::LiveBlocks() == 0 && host::BadFrees() == 0 && host::LivePluginObjects() == 0 &&
-               host::ReferenceErrors() == 0 && host::LiveRecords() == 0 && sim::HeldHandles() == 0 &&
-               host::OffThreadCalls().empty();
-  if (!clean) {
-    std::fprintf(stderr, "finding: blocks %zu bad frees %zu objects %zu reference errors %zu records %zu "
-                 "held handles %zu\n%s", host::LiveBlocks(), host::BadFrees(), host::LivePluginObjects(),
-                 host::ReferenceErrors(), host::LiveRecords(), sim::HeldHandles(),
-                 (sim::HeldHandlesReport() + host::LiveBlocksReport()).c_str());
-    std::abort();
-  }
+  CheckAccounting();
   return 0;
 }

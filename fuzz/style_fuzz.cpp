@@ -31,6 +31,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   int32_t x, y, w, h;
   ScreenRectForPlugin(npp, &x, &y, &w, &h);
   host::UnloadPages();
-  if (host::LiveBlocks() || host::LiveRecords() || host::ReferenceErrors() || host::UnbalancedPageObjects()) std::abort();
+  CheckAccounting();
   return 0;
 }

@@ -24,6 +24,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (NP_UtilsResolveUrl(npp, &record)) NPN_MemFree(const_cast<char*>(record.data));
   free(url);
   host::UnloadPages();
-  if (host::LiveBlocks() || host::ReferenceErrors() || host::UnbalancedPageObjects()) std::abort();
+  CheckAccounting();
   return 0;
 }

@@ -35,9 +35,9 @@ Runner::Runner(const Options& options) : options_(options) {
     auto* remote = new Remote(window_);
     row->addWidget(remote);
     connect(remote, &Remote::pressed, this, [this](const RemoteKey* key) { Deliver(*key, "remote"); });
-    view_->installEventFilter(this);
     window_->installEventFilter(this);
   }
+  view_->installEventFilter(this);
   page_ = new Page(view_);
   page_->setNetworkAccessManager(new Network(page_));
   view_->setPage(page_);
@@ -68,13 +68,15 @@ Runner::~Runner() {
 }
 
 bool Runner::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == window_ && event->type() == QEvent::Close) {
-    Finish(0, "the window was closed");
+  QObject* top = window_ ? static_cast<QObject*>(window_) : view_;
+  if (watched == top && event->type() == QEvent::Close) {
+    // A page that was to report and was closed first gave no result.
+    Finish(options_.result ? 2 : 0, "the window was closed");
     return false;
   }
   bool key_event = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
   // The keys the runner itself gives the page are not spontaneous.
-  if (watched != view_ || !key_event || !event->spontaneous()) return false;
+  if (!window_ || watched != view_ || !key_event || !event->spontaneous()) return false;
   const RemoteKey* key = KeyForKeyboard(static_cast<QKeyEvent*>(event)->key());
   if (key && event->type() == QEvent::KeyPress && !static_cast<QKeyEvent*>(event)->isAutoRepeat())
     Deliver(*key, "keyboard");
@@ -266,8 +268,17 @@ void Runner::Finish(int code, const QString& why) {
     delete plane_;
     plane_ = nullptr;
     sim::WaitIdle(0);
+    size_t held = sim::HeldHandles(), errors = sim::ReleaseErrors();
+    // A run that checks anything fails when the middleware was left holding
+    // references or was given one back too often, whatever the page said.
+    bool checked = options_.result || !options_.junit.isEmpty() || !options_.expect_text.isEmpty() ||
+                   !options_.expect_console.isEmpty() || !options_.expect_pixel.isEmpty();
+    if (checked && (held || errors) && (code == 0 || code == 77)) {
+      code = 1;
+      why_ = "the middleware was left with references held or released wrongly";
+    }
     runlog::Line("run", QString("end: %1 middleware reference(s) still held, %2 release error(s); exit code %3")
-                            .arg(sim::HeldHandles()).arg(sim::ReleaseErrors()).arg(code));
+                            .arg(held).arg(errors).arg(code));
     emit finished(code);
   });
 }

@@ -29,18 +29,8 @@ void OrvaneTest::TearDown() {
 
 void OrvaneTest::CheckClean() {
   host::Pump();
-  EXPECT_EQ(0u, host::LiveBlocks()) << "NPN_MemAlloc blocks leaked";
-  EXPECT_EQ(0u, host::BadFrees()) << "NPN_MemFree of memory the browser did not allocate";
-  EXPECT_EQ(0u, host::LivePluginObjects()) << "plug-in NPObjects leaked";
-  EXPECT_EQ(0u, host::ReferenceErrors()) << "over-release or use of a dead NPObject";
-  EXPECT_EQ(0u, host::LiveTransientHostObjects())
-      << "browser objects (arrays, functions, parser documents) still referenced";
-  EXPECT_EQ(0u, host::UnbalancedPageObjects())
-      << "window/document/element/style references not balanced";
-  EXPECT_EQ(0u, host::LiveRecords()) << "plug-in records leaked";
-  EXPECT_EQ(0u, sim::HeldHandles()) << "middleware handles not released:\n" << sim::HeldHandlesReport();
-  EXPECT_EQ(0u, sim::ReleaseErrors()) << "middleware handles released wrongly";
-  EXPECT_EQ(std::vector<std::string>(), host::OffThreadCalls()) << "NPN calls off the browser's thread";
+  std::string left = host::AccountingReport();
+  EXPECT_TRUE(left.empty()) << "the test left:\n" << left;
 }
 
 NPP OrvaneTest::NewPlugin(const char* mime, Attributes attrs, host::PageSpec spec) {

@@ -39,6 +39,20 @@ void FailRecordAllocation(int nth); // the nth plug-in record allocation (malloc
 bool AllocationFailureArmed();
 bool RecordFailureArmed();
 size_t LiveRecords();              // plug-in records allocated and not freed
+size_t BadRecordFrees();           // record frees of a pointer that is not a live record
+
+// ---- the accounting at the end of a test -------------------------------------
+// Every count that a clean end leaves at 0: blocks, bad frees, plug-in
+// objects, reference errors, host objects, page object balance, records,
+// middleware handles held and released wrongly, NPN calls off the thread.
+struct Count {
+  const char* what;  // what a count above 0 means
+  size_t value;
+};
+std::vector<Count> Accounting();
+// The counts that are not 0, one line each, with the held handles, blocks and
+// off-thread calls named; "" when everything is clean.
+std::string AccountingReport();
 
 // ---- objects ---------------------------------------------------------------
 // Objects made since Reset by NPN_CreateObject with a class other than the

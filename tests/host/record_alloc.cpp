@@ -14,6 +14,7 @@ struct RecordState {
   std::mutex mutex;
   std::set<void*> live;
   std::set<void*> forgotten;  // left over from earlier tests
+  size_t bad_frees = 0;
   int fail_countdown = 0;
 };
 
@@ -37,8 +38,13 @@ void RecordFree(void* p) {
   if (!p) return;
   RecordState& s = State();
   std::lock_guard<std::mutex> lock(s.mutex);
-  if (s.live.erase(p) || s.forgotten.erase(p)) free(p);
-  // Anything else was never a record; freeing it would corrupt the heap.
+  if (s.live.erase(p) || s.forgotten.erase(p)) {
+    free(p);
+    return;
+  }
+  // A second free of a record, or a pointer that never was one: in a receiver
+  // this corrupts the heap. Left alone here, and counted.
+  ++s.bad_frees;
 }
 
 namespace host {
@@ -61,6 +67,12 @@ size_t LiveRecords() {
   return s.live.size();
 }
 
+size_t BadRecordFrees() {
+  RecordState& s = State();
+  std::lock_guard<std::mutex> lock(s.mutex);
+  return s.bad_frees;
+}
+
 namespace detail {
 
 void ResetRecords() {
@@ -68,6 +80,7 @@ void ResetRecords() {
   std::lock_guard<std::mutex> lock(s.mutex);
   s.forgotten.insert(s.live.begin(), s.live.end());
   s.live.clear();
+  s.bad_frees = 0;
   s.fail_countdown = 0;
 }
 

@@ -4,7 +4,10 @@
 // fixture's accounting checks every one).
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <functional>
+#include <regex>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -14,6 +17,24 @@
 #include "sim/sim.h"
 
 namespace {
+
+// How many allocation points each scenario fails (NPN_MemAlloc and records
+// together). A scenario that fails none means fault injection broke; one
+// that fails another number changed its path. The README gives their sum.
+struct Scenario {
+  const char* name;
+  int points;
+};
+constexpr Scenario kScenarios[] = {
+    {"application manager", 20}, {"video/broadcast", 35}, {"video/mp4", 15},
+    {"configuration", 20},       {"parental control and recording", 20}, {"search and DRM", 24},
+};
+
+int ExpectedPoints(const std::string& name) {
+  for (const Scenario& s : kScenarios)
+    if (name == s.name) return s.points;
+  return -1;
+}
 
 class SweepTest : public OrvaneTest {
  protected:
@@ -77,6 +98,8 @@ class SweepTest : public OrvaneTest {
       }
     }
     std::printf("%s: %d allocation points failed\n", name, points_);
+    EXPECT_GT(points_, 0) << name << ": no allocation was failed";
+    EXPECT_EQ(ExpectedPoints(name), points_) << name << ": allocation points failed";
   }
 
   NPP npp_ = nullptr;
@@ -173,6 +196,19 @@ TEST_F(SweepTest, SearchAndDrm) {
     sim::Callbacks()->DrmAgent_onDRMMessageResult(Handle(), sim::NewString("1"), sim::NewString("ok"), 0);
     host::Pump();
   });
+}
+
+TEST(SweepFigures, ScenariosAddUpToTheReadmeFigure) {
+  int total = 0;
+  for (const Scenario& scenario : kScenarios) total += scenario.points;
+  std::ifstream readme(ORVANE_SOURCE_DIR "/README.md");
+  std::stringstream text;
+  text << readme.rdbuf();
+  std::smatch m;
+  std::string all = text.str();
+  ASSERT_TRUE(std::regex_search(all, m, std::regex("(\\d+) allocation points failed")))
+      << "the README gives no sweep figure";
+  EXPECT_EQ(total, std::stoi(m[1]));
 }
 
 }  // namespace

@@ -1,0 +1,62 @@
+#!/usr/bin/env bash
+# The browser runs' oracles, each shown failing on a fault put there on
+# purpose: a plug-in that leaves a middleware reference held or gives one
+# back twice (under --result, --junit and --expect-console), a page that
+# hears an event once too often after it is done, and a window closed
+# before the page reported.
+# Usage (under xvfb-run): oracles.sh RUNNER FAULT-PLUGIN REAL-PLUGIN CLOSE-WINDOW
+set -uo pipefail
+runner=$1 fault_plugin=$2 close_window=$4
+export ORVANE_FAULT_WRAPS=$3
+here=$(cd "$(dirname "$0")" && pwd)
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+failed=0
+
+# expect CODE TEXT WHAT RUNNER-ARGS...: the run ends with CODE and logs TEXT.
+expect() {
+  local code=$1 text=$2 what=$3
+  shift 3
+  "$runner" --timeout 8 "$@" >"$work/log" 2>&1
+  local got=$?
+  if [ "$got" -ne "$code" ] || ! grep -q -- "$text" "$work/log"; then
+    cat "$work/log"
+    echo "FAILED: $what: exit code $got (expected $code), log must contain \"$text\""
+    failed=1
+  else
+    echo "ok: $what (exit code $got)"
+  fi
+}
+
+expect 1 "1 middleware reference(s) still held" "a held reference fails a --result run" \
+  --plugin "$fault_plugin" --result "$here/held.html"
+expect 1 "1 release error(s)" "an over-release fails a --result run" \
+  --plugin "$fault_plugin" --result "$here/over_release.html"
+expect 1 "still held" "a held reference fails a --junit run" \
+  --plugin "$fault_plugin" --junit "$work/report.xml" --stop-on PASS "$here/held.html"
+grep -q "<failure" "$work/report.xml" || { echo "FAILED: the JUnit report shows no failure"; failed=1; }
+expect 1 "release error" "an over-release fails an --expect-console run" \
+  --plugin "$fault_plugin" --expect-console PASS --stop-on PASS "$here/over_release.html"
+expect 0 "0 middleware reference(s) still held, 0 release error(s)" "a page without the fault passes" \
+  --plugin "$fault_plugin" --result "$here/clean.html"
+expect 1 "came more than once: tick" "an event once too often fails the page" --result "$here/extra_event.html"
+
+# A window closed before the page reported gives no result (exit code 2).
+"$runner" --timeout 20 --result "$here/no_result.html" >"$work/log" 2>&1 &
+pid=$!
+for _ in $(seq 100); do grep -q "console.*waiting" "$work/log" && break; sleep 0.1; done
+window=$(xdotool search --sync --onlyvisible --name '^Orvane$' | head -n 1)
+if [ -z "$window" ] || ! "$close_window" "$window"; then
+  echo "FAILED: could not close the window"
+  failed=1
+fi
+wait "$pid"
+got=$?
+if [ "$got" -ne 2 ] || ! grep -q "the window was closed" "$work/log"; then
+  cat "$work/log"
+  echo "FAILED: a closed window gave exit code $got (expected 2, no result)"
+  failed=1
+else
+  echo "ok: a window closed before the result gives no result (exit code 2)"
+fi
+exit $failed
