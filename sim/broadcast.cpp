@@ -20,6 +20,8 @@ namespace {
 constexpr int kTuneDelayMs = 5;
 constexpr int kEventDelayMs = 5;
 constexpr int32_t kErrorUnknownChannel = 5;  // the receiver does not know the channel
+constexpr int32_t kRightsNoLicence = 0;      // DRM rights error: no licence for the content
+constexpr int kPositionIntervalMs = 1000;    // how often a timeshifted service reports its position
 
 struct Registration {
   uint64_t id;
@@ -32,6 +34,7 @@ struct BroadcastObject : sim::Object {
   std::vector<Registration> registrations;
   std::map<int32_t, MwHandle> active;  // active component by type
   MwHandle blocked = 0;  // the rating that blocks the presented programme, 0 when none
+  uint64_t presentation = 0;  // counts tunings and unbindings: what a scheduled report belongs to
   const char* Type() const override { return "broadcast"; }
 };
 
@@ -66,6 +69,18 @@ std::shared_ptr<BroadcastObject> Instance(MwHandle h) { return sim::Find<Broadca
 std::shared_ptr<sim::ChannelObject> ChannelAt(size_t index) {
   sim::Receiver& rx = sim::Rx();
   return index < rx.channels.size() ? sim::Find<sim::ChannelObject>(rx.channels[index]) : nullptr;
+}
+
+// The channel's programmes that have not ended on the receiver's clock:
+// the present one first (holds the lock).
+std::vector<MwHandle> PresentAndFollowing(const sim::ChannelObject& channel) {
+  std::vector<MwHandle> out;
+  int32_t now = sim::ReceiverNow();
+  for (MwHandle h : channel.programmes) {
+    auto p = sim::Find<sim::ProgrammeObject>(h);
+    if (p && static_cast<int64_t>(p->start_time) + p->duration > now) out.push_back(h);
+  }
+  return out;
 }
 
 // Components of the receiver's current channel whose type is `type`.
@@ -109,6 +124,18 @@ void EmitPlayState(MwHandle h, int32_t state, int32_t error) {
   SIM_EMIT(Broadcast_onPlayStateChange, h, state, error);
 }
 
+// A new presentation of `h` (a tuning or an unbinding): reports scheduled
+// for the one before no longer come (holds the lock).
+uint64_t NewPresentation(BroadcastObject* b) { return ++b->presentation; }
+
+// The channel `h` still presents in presentation `p`, or null.
+std::shared_ptr<sim::ChannelObject> Presenting(MwHandle h, uint64_t p) {
+  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+  auto b = Instance(h);
+  if (!b || b->presentation != p || !b->state.bound || b->state.play_state != 2) return nullptr;
+  return ChannelAt(sim::Rx().current);
+}
+
 // A presented programme over the viewer's threshold is blocked, with a
 // parental rating change carrying its rating; the next one under it
 // unblocks, with a change carrying the rating that blocked.
@@ -128,15 +155,70 @@ void CheckRating(MwHandle h) {
            sim::NewStringHandle("urn:dvb:casystemid:19188"), static_cast<uint8_t>(rating ? 1 : 0));
 }
 
+// A timeshifted service reports where it plays, every second while it is
+// presented.
+void ReportPosition(MwHandle h, uint64_t p, int32_t position_ms) {
+  auto channel = Presenting(h, p);
+  if (!channel || !channel->timeshift) return;
+  SIM_EMIT(Broadcast_onPlayPositionChanged, h, position_ms);
+  Later(h, [h, p, position_ms] { ReportPosition(h, p, position_ms + kPositionIntervalMs); },
+        kPositionIntervalMs);
+}
+
+// When the present programme ends on the receiver's clock the guide changes:
+// programmes changed, and the rating of the new present programme is checked.
+void FollowGuide(MwHandle h, uint64_t p) {
+  int64_t delay;
+  {
+    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+    auto channel = Presenting(h, p);
+    std::vector<MwHandle> programmes = channel ? PresentAndFollowing(*channel) : std::vector<MwHandle>();
+    auto present = programmes.empty() ? nullptr : sim::Find<sim::ProgrammeObject>(programmes.front());
+    if (!present) return;
+    delay = sim::RealMsFor(static_cast<int64_t>(present->start_time) + present->duration - sim::ReceiverNow());
+  }
+  if (delay < 0) return;  // the clock stands still
+  Later(
+      h,
+      [h, p] {
+        if (!Presenting(h, p)) return;
+        SIM_EMIT(Broadcast_onProgrammesChanged, h);
+        CheckRating(h);
+        FollowGuide(h, p);
+      },
+      static_cast<int>(delay + 1));
+}
+
+// What presenting a channel raises beyond the play state: a DRM rights
+// error for a protected service, the speed and position of a timeshifted
+// one, and later the guide's changes.
+void Presented(MwHandle h, uint64_t p) {
+  auto channel = Presenting(h, p);
+  if (!channel) return;
+  if (channel->protected_service)
+    SIM_EMIT(Broadcast_onDRMRightsError, h, kRightsNoLicence, sim::NewStringHandleOrNull(channel->content_id),
+             sim::NewStringHandle(channel->drm_system_id), sim::NewStringHandleOrNull(channel->rights_issuer_url));
+  if (channel->timeshift) {
+    SIM_EMIT(Broadcast_onPlaySpeedChanged, h, 1.0f);
+    ReportPosition(h, p, 0);
+  }
+  FollowGuide(h, p);
+}
+
 // The events a tuning raises: connecting, then the change succeeded (with a
 // new reference to the channel) and presenting, or the change failed. The
 // object reads connecting from the call on.
 void ReportTuning(MwHandle h, MwHandle channel, bool known) {
+  uint64_t p = 0;
+  {
+    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
+    if (auto b = Instance(h)) p = NewPresentation(b.get());
+  }
   SetPlayState(h, 1);
   if (!sim::AutoEvents()) return;
   Later(
       h,
-      [h, channel, known] {
+      [h, channel, known, p] {
         EmitPlayState(h, 1, -1);
         if (!Instance(h)) return;
         if (!known) {
@@ -148,6 +230,7 @@ void ReportTuning(MwHandle h, MwHandle channel, bool known) {
         if (!Instance(h)) return;
         EmitPlayState(h, 2, -1);
         CheckRating(h);
+        Presented(h, p);
       },
       kTuneDelayMs);
 }
@@ -161,6 +244,7 @@ void GoUnrealized(MwHandle h) {
     b->state.bound = false;
     b->active.clear();
     b->state.play_state = 0;
+    NewPresentation(b.get());
   }
   if (sim::AutoEvents()) Later(h, [h] { EmitPlayState(h, 0, -1); });
 }
@@ -180,6 +264,12 @@ void TuneTo(MwHandle h, long index) {
     DefaultComponents(b.get());
   }
   ReportTuning(h, channel, true);
+}
+
+// A component selected or unselected: the selected component of its type
+// changed.
+void ReportSelection(MwHandle h, int32_t type) {
+  if (sim::AutoEvents()) Later(h, [h, type] { SIM_EMIT(Broadcast_onSelectedComponentChanged, h, type); });
 }
 
 bool IsComponentOfCurrentChannel(MwHandle component, int32_t* type) {
@@ -274,6 +364,7 @@ void SelectType(MwHandle h, int32_t type, bool select) {
   } else {
     b->active.erase(type);
   }
+  ReportSelection(h, type);
 }
 
 }  // namespace
@@ -320,8 +411,9 @@ void FireStreamEvent(const std::string& name, const std::string& data, const std
 MwHandle CurrentRating() {
   std::lock_guard<std::recursive_mutex> lock(Mutex());
   auto channel = ChannelAt(Rx().current);
-  if (!channel || channel->programmes.empty()) return 0;
-  auto programme = Find<ProgrammeObject>(channel->programmes.front());
+  std::vector<MwHandle> programmes = channel ? PresentAndFollowing(*channel) : std::vector<MwHandle>();
+  if (programmes.empty()) return 0;
+  auto programme = Find<ProgrammeObject>(programmes.front());
   return programme && !programme->ratings.empty() ? programme->ratings.front() : 0;
 }
 
@@ -428,7 +520,7 @@ MwHandle MwBroadcastGetProgrammes(MwHandle broadcast) {
   std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
   auto b = Instance(broadcast);
   auto channel = ChannelAt(sim::Rx().current);
-  return b && b->state.bound && channel ? sim::NewList(channel->programmes) : 0;
+  return b && b->state.bound && channel ? sim::NewList(PresentAndFollowing(*channel)) : 0;
 }
 
 int32_t MwBroadcastGetRecordingState(MwHandle broadcast) {
@@ -562,6 +654,7 @@ void MwBroadcastSelectComponent(MwHandle broadcast, MwHandle component) {
   if (!b || !IsComponentOfCurrentChannel(component, &type)) return;
   b->active[type] = component;
   b->state.selected_components++;
+  ReportSelection(broadcast, type);
 }
 
 void MwBroadcastUnselectComponent(MwHandle broadcast, MwHandle component) {
@@ -573,6 +666,7 @@ void MwBroadcastUnselectComponent(MwHandle broadcast, MwHandle component) {
   auto it = b->active.find(type);
   if (it != b->active.end() && it->second == component) b->active.erase(it);
   if (b->state.selected_components > 0) b->state.selected_components--;
+  ReportSelection(broadcast, type);
 }
 
 void MwBroadcastSelectComponentType(MwHandle broadcast, uint32_t componentType) {

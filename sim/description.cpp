@@ -83,7 +83,8 @@ MediaSpec Media(const json& j, const MediaSpec& fallback) {
 }
 
 // "capabilities": {uiProfile, extensions ["+PVR", ...], broadcast [URN...],
-// media [{name, type, transport}], drm [{systemId, protectionGateways}],
+// media [{name, type, transport}], drm [{systemId, protectionGateways,
+// answers {messageType: {result, code}}, systemMessages [{message, delayMs}]}],
 // extraSDVideoDecodes, extraHDVideoDecodes}.
 void Capabilities(const json& j, Receiver& rx) {
   CapabilitySpec& c = rx.capabilities;
@@ -98,7 +99,17 @@ void Capabilities(const json& j, Receiver& rx) {
   }
   if (j.contains("drm")) {
     c.drm.clear();
-    for (const json& d : j.at("drm")) c.drm.push_back({Str(d, "systemId"), Str(d, "protectionGateways")});
+    for (const json& d : j.at("drm")) {
+      CapabilitySpec::Drm drm;
+      drm.system_id = Str(d, "systemId");
+      drm.protection_gateways = Str(d, "protectionGateways");
+      if (d.contains("answers"))
+        for (auto& [type, a] : d.at("answers").items()) drm.answers[type] = {Str(a, "result"), Int(a, "code")};
+      if (d.contains("systemMessages"))
+        for (const json& m : d.at("systemMessages"))
+          drm.system_messages.push_back({Str(m, "message"), Int(m, "delayMs", 100)});
+      c.drm.push_back(drm);
+    }
   }
   rx.extra_sd_decodes = Int(j, "extraSDVideoDecodes", rx.extra_sd_decodes);
   rx.extra_hd_decodes = Int(j, "extraHDVideoDecodes", rx.extra_hd_decodes);
@@ -249,6 +260,17 @@ MwHandle Channel(const json& j, size_t index) {
   if (j.contains("ait"))
     for (const json& a : j.at("ait")) c->ait.push_back(Application(a));
   if (j.contains("carousel")) c->carousel = Located(Str(j, "carousel"));
+  if (j.contains("protected")) {
+    const json& p = j.at("protected");
+    c->protected_service = p.is_object() || (p.is_boolean() && p.get<bool>());
+    if (p.is_object()) {
+      c->drm_system_id = Str(p, "systemId");
+      c->content_id = Str(p, "contentId");
+      c->rights_issuer_url = Str(p, "rightsIssuerURL");
+    }
+    if (c->drm_system_id.empty()) c->drm_system_id = "urn:dvb:casystemid:19188";
+  }
+  c->timeshift = j.contains("timeshift") && j.at("timeshift").is_boolean() && j.at("timeshift").get<bool>();
   return Register(c, true);
 }
 

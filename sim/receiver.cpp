@@ -232,7 +232,11 @@ void LoadDefaultReceiver() {
   rx.capabilities.media = {{"MP4_AVC_HD_25_HEAAC", "video/mp4", "dash"},
                            {"MPEG1_L3", "audio/mpeg", ""},
                            {"HEAAC", "audio/mp4", ""}};
-  rx.capabilities.drm = {{"urn:dvb:casystemid:19188", "mp4"}};
+  CapabilitySpec::Drm marlin;
+  marlin.system_id = "urn:dvb:casystemid:19188";
+  marlin.protection_gateways = "mp4";
+  marlin.answers["application/vnd.marlin.drm.actiontoken+xml"] = {"OK", 0};
+  rx.capabilities.drm = {marlin};
   rx.key_groups = 0x1f | 0x20 | 0x40 | 0x80 | 0x100;  // no ALPHA, no OTHER
   rx.other_keys = {0x1CD, 0x1CE};
 }

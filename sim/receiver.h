@@ -73,6 +73,13 @@ struct ChannelObject : Object {
   std::vector<StreamEventSpec> stream_events;  // events the channel's carousel carries
   std::vector<AitEntry> ait;                    // the applications the service signals
   std::string carousel;  // folder its dvb:// files are served from (absolute), empty: none
+  // A service whose content is protected: presenting it without rights
+  // raises a DRM rights error (no licence).
+  bool protected_service = false;
+  std::string drm_system_id, content_id, rights_issuer_url;
+  // A service presented through a timeshift buffer: presenting it reports
+  // the play speed, then the play position every second.
+  bool timeshift = false;
   const char* Type() const override { return "channel"; }
 };
 
@@ -102,8 +109,20 @@ struct CapabilitySpec {
     std::string name, type, transport;  // a video_profile (type video/...) or audio_profile
   };
   std::vector<Media> media;
+  // A DRM system the receiver has: what it answers to each message type it
+  // knows, and the messages it sends of its own accord.
+  struct DrmAnswer {
+    std::string result;
+    int32_t code = 0;  // 0 successful
+  };
+  struct DrmSystemMessage {
+    std::string message;
+    int32_t delay_ms = 100;  // after a DRM agent is made
+  };
   struct Drm {
     std::string system_id, protection_gateways;
+    std::map<std::string, DrmAnswer> answers;  // by message type
+    std::vector<DrmSystemMessage> system_messages;
   };
   std::vector<Drm> drm;
 };

@@ -24,8 +24,8 @@ class DrmAgentTest : public OrvaneTest {
   }
   bool Send(NPVariant* result) {
     return host::Invoke(npp_, agent_, "sendDRMMessage",
-                        {host::Str("application/vnd.ms-playready.initiator+xml"), host::Str("<msg/>"),
-                         host::Str("urn:dvb:casystemid:19219")},
+                        {host::Str("application/vnd.marlin.drm.actiontoken+xml"), host::Str("<msg/>"),
+                         host::Str("urn:dvb:casystemid:19188")},
                         result);
   }
   // Sends once so the agent's middleware handle is known.
@@ -59,7 +59,7 @@ TEST_F(DrmAgentTest, MessageResultReachesListenersInRegistrationOrderAfterPump) 
   EXPECT_EQ(NPVariantType_Void, id.type);
   auto sent = sim::CallsTo("MwDrmAgentSendMessage");
   ASSERT_EQ(1u, sent.size());
-  EXPECT_EQ("application/vnd.ms-playready.initiator+xml <msg/> urn:dvb:casystemid:19219",
+  EXPECT_EQ("application/vnd.marlin.drm.actiontoken+xml <msg/> urn:dvb:casystemid:19188",
             sent[0].args[1] + " " + sent[0].args[2] + " " + sent[0].args[3]);
 
   // The simulator answers from its own thread; nothing runs before the pump.

@@ -53,7 +53,9 @@ TEST(LoadTest, BrowserLoadsTheLibraryAndScriptsADrmAgent) {
   sim::WaitIdle();
   host::Pump();
   ASSERT_EQ(1u, host::Calls(f).size());
-  EXPECT_EQ("OK", host::Calls(f)[0].text[1]);
+  // "s" is no DRM system of the receiver: an empty answer, code 5 (unknown DRM system).
+  EXPECT_EQ("", host::Calls(f)[0].text[1]);
+  EXPECT_EQ(5, host::Calls(f)[0].args[2].value.intValue);
 
   NPSavedData* saved = nullptr;
   EXPECT_EQ(NPERR_NO_ERROR, funcs.destroy(npp, &saved));

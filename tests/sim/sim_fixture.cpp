@@ -10,9 +10,9 @@ std::mutex g_mu;
 std::vector<Event> g_events;
 std::thread::id g_test_thread;
 
-void Record(const char* name, std::vector<int64_t> args) {
+void Record(const char* name, std::vector<int64_t> args, std::vector<std::string> texts = {}) {
   std::lock_guard<std::mutex> lock(g_mu);
-  g_events.push_back({name, std::move(args), std::this_thread::get_id() == g_test_thread});
+  g_events.push_back({name, std::move(args), std::this_thread::get_id() == g_test_thread, std::move(texts)});
 }
 
 // Each entry takes what the event hands over, as the plug-in does.
@@ -31,6 +31,37 @@ const MwEventCallbacks kTable = [] {
     Record("AVControl_onDRMRightsError", {player, error});
     for (MwHandle h : {content, system, issuer})
       if (h) MwObjectRelease(h);
+  };
+  t.DrmAgent_onDRMMessageResult = [](MwHandle agent, MwHandle id, MwHandle result, int32_t code) {
+    Record("DrmAgent_onDRMMessageResult", {agent, code}, {Take(id), Take(result)});
+  };
+  t.DrmAgent_onDRMSystemMessage = [](MwHandle agent, MwHandle message, MwHandle system) {
+    Record("DrmAgent_onDRMSystemMessage", {agent}, {Take(message), Take(system)});
+  };
+  t.Broadcast_onPlayStateChange = [](MwHandle b, int32_t state, int32_t error) {
+    Record("Broadcast_onPlayStateChange", {b, state, error});
+  };
+  t.Broadcast_onChannelChangeSucceeded = [](MwHandle b, MwHandle channel) {
+    Record("Broadcast_onChannelChangeSucceeded", {b});
+    MwObjectRelease(channel);
+  };
+  t.Broadcast_onChannelChangeError = [](MwHandle b, MwHandle channel, int32_t error) {
+    Record("Broadcast_onChannelChangeError", {b, error});
+    if (channel) MwObjectRelease(channel);
+  };
+  t.Broadcast_onSelectedComponentChanged = [](MwHandle b, int32_t type) {
+    Record("Broadcast_onSelectedComponentChanged", {b, type});
+  };
+  t.Broadcast_onProgrammesChanged = [](MwHandle b) { Record("Broadcast_onProgrammesChanged", {b}); };
+  t.Broadcast_onPlaySpeedChanged = [](MwHandle b, float speed) {
+    Record("Broadcast_onPlaySpeedChanged", {b, static_cast<int64_t>(speed)});
+  };
+  t.Broadcast_onPlayPositionChanged = [](MwHandle b, int32_t position) {
+    Record("Broadcast_onPlayPositionChanged", {b, position});
+  };
+  t.Broadcast_onDRMRightsError = [](MwHandle b, int32_t error, MwHandle content, MwHandle system,
+                                    MwHandle issuer) {
+    Record("Broadcast_onDRMRightsError", {b, error}, {Take(content), Take(system), Take(issuer)});
   };
   return t;
 }();

@@ -19,6 +19,7 @@ struct Event {
   std::string name;
   std::vector<int64_t> args;  // handles and numbers
   bool on_test_thread = false;
+  std::vector<std::string> texts;  // the middleware strings it handed over
 };
 
 std::vector<Event> Events();

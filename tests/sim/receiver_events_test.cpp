@@ -1,0 +1,98 @@
+// Events the simulated receiver raises by itself, as a receiver would: DRM
+// answers per system and message type and scheduled system messages; a
+// protected service's rights error, a timeshifted service's speed and
+// position, the guide's present programme changing, and component
+// selection.
+#include "sim/description.h"
+#include "sim_fixture.h"
+
+namespace simtest {
+namespace {
+
+using ReceiverEventsTest = SimTest;
+
+std::vector<Event> Named(const std::string& name) {
+  std::vector<Event> out;
+  for (const Event& e : Events())
+    if (e.name == name) out.push_back(e);
+  return out;
+}
+
+TEST_F(ReceiverEventsTest, DrmSystemsAnswerPerSystemAndTypeAndSendTheirOwnMessages) {
+  ASSERT_TRUE(sim::LoadDescriptionText(R"({"capabilities": {"drm": [{"systemId": "urn:drm:a",
+      "answers": {"type/licence": {"result": "granted", "code": 0}, "type/busy": {"result": "later", "code": 2}},
+      "systemMessages": [{"message": "renewed", "delayMs": 30}]}]}})", nullptr));
+  MwHandle agent = MwDrmAgentCreate(nullptr);
+  const char* const sends[][2] = {{"type/licence", "urn:drm:a"}, {"type/busy", "urn:drm:a"},
+                                  {"type/other", "urn:drm:a"}, {"type/licence", "urn:drm:b"}};
+  for (const auto& send : sends) {
+    MwString type = Ms(send[0]), message = Ms("<m/>"), system = Ms(send[1]);
+    Take(MwDrmAgentSendMessage(agent, &type, &message, &system));
+  }
+  sim::WaitIdle();
+  std::vector<std::string> answers;
+  for (const Event& e : Named("DrmAgent_onDRMMessageResult"))
+    answers.push_back(e.texts[0] + " " + e.texts[1] + " " + std::to_string(e.args[1]));
+  std::sort(answers.begin(), answers.end());
+  EXPECT_EQ((std::vector<std::string>{"msg-1 granted 0", "msg-2 later 2", "msg-3  3", "msg-4  5"}), answers)
+      << "a known type's answer, an unknown type (3), an unknown system (5)";
+  auto system = Named("DrmAgent_onDRMSystemMessage");
+  ASSERT_EQ(1u, system.size());
+  EXPECT_EQ((std::vector<std::string>{"renewed", "urn:drm:a"}), system[0].texts);
+  EXPECT_FALSE(system[0].on_test_thread);
+  MwObjectRelease(agent);
+}
+
+TEST_F(ReceiverEventsTest, PresentingAServiceReportsRightsTimeshiftAndTheGuide) {
+  ASSERT_TRUE(sim::LoadDescriptionText(R"({"channels": [
+      {"name": "Locked", "protected": {"systemId": "urn:drm:a", "contentId": "film-1"}, "timeshift": true,
+       "programmes": [{"name": "Short", "startOffset": -10, "duration": 20}, {"name": "After", "startOffset": 10,
+                       "duration": 600}],
+       "components": [{"type": "audio", "language": "eng"}, {"type": "audio", "language": "deu"}]}]})",
+                                       nullptr));
+  MwHandle b = MwBroadcastCreate(nullptr);
+  MwBroadcastBindToCurrentChannel(b);
+  sim::WaitIdle(200);
+  auto rights = Named("Broadcast_onDRMRightsError");
+  ASSERT_EQ(1u, rights.size());
+  EXPECT_EQ(0, rights[0].args[1]) << "no licence";
+  EXPECT_EQ((std::vector<std::string>{"film-1", "urn:drm:a", "<null>"}), rights[0].texts);
+  auto speed = Named("Broadcast_onPlaySpeedChanged");
+  ASSERT_EQ(1u, speed.size());
+  EXPECT_EQ(1, speed[0].args[1]);
+  ASSERT_EQ(1u, Named("Broadcast_onPlayPositionChanged").size());
+  EXPECT_TRUE(Named("Broadcast_onProgrammesChanged").empty()) << "the clock stands still";
+
+  // On a running clock the present programme ends 10 s on: 100 ms at 100 s a second.
+  sim::SetClockRate(100);
+  MwBroadcastBindToCurrentChannel(b);
+  sim::WaitIdle(1500);
+  EXPECT_EQ(1u, Named("Broadcast_onProgrammesChanged").size());
+  MwHandle list = MwBroadcastGetProgrammes(b);
+  ASSERT_EQ(1, MwListGetCount(list)) << "the ended programme has left the guide's present and following";
+  MwHandle programme = MwListGetItem(list, 0);
+  EXPECT_EQ("After", Take(MwProgrammeGetName(programme)));
+  MwObjectRelease(programme);
+  MwObjectRelease(list);
+  EXPECT_GE(Named("Broadcast_onPlayPositionChanged").size(), 2u) << "a position each second";
+
+  MwHandle audio = MwBroadcastGetComponents(b, 1);
+  ASSERT_EQ(2, MwListGetCount(audio));
+  MwHandle german = MwListGetItem(audio, 1);
+  MwBroadcastSelectComponent(b, german);
+  MwBroadcastUnselectComponent(b, german);
+  MwObjectRelease(german);
+  MwObjectRelease(audio);
+  sim::WaitIdle(100);
+  auto selected = Named("Broadcast_onSelectedComponentChanged");
+  ASSERT_EQ(2u, selected.size()) << "select and unselect";
+  EXPECT_EQ(1, selected[1].args[1]) << "the audio component";
+
+  MwObjectRelease(b);
+  ClearEvents();
+  sim::WaitIdle(1500);
+  EXPECT_TRUE(Named("Broadcast_onPlayPositionChanged").empty()) << "a released object hears no more";
+}
+
+}  // namespace
+}  // namespace simtest
