@@ -2,6 +2,7 @@
 // browser's NPN_MemAlloc and the plug-in's records alike) until a run meets
 // none: each run must end without a crash, a leak or an over-release (the
 // fixture's accounting checks every one).
+#include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -196,6 +197,22 @@ TEST_F(SweepTest, SearchAndDrm) {
     sim::Callbacks()->DrmAgent_onDRMMessageResult(Handle(), sim::NewString("1"), sim::NewString("ok"), 0);
     host::Pump();
   });
+}
+
+// A sweep whose fault injection reaches nothing fails, rather than passing
+// with every scenario stopped at its first run.
+TEST_F(SweepTest, ASweepThatFailsNothingFails) {
+  testing::TestPartResultArray failures;
+  {
+    testing::ScopedFakeTestPartResultReporter intercept(
+        testing::ScopedFakeTestPartResultReporter::INTERCEPT_ONLY_CURRENT_THREAD, &failures);
+    Sweep("application manager", [] {});
+  }
+  bool caught = false;
+  for (int i = 0; i < failures.size(); i++)
+    caught |= std::string(failures.GetTestPartResult(i).message()).find("no allocation was failed") !=
+              std::string::npos;
+  EXPECT_TRUE(caught) << failures.size() << " failures, none of them the empty sweep";
 }
 
 TEST(SweepFigures, ScenariosAddUpToTheReadmeFigure) {
