@@ -6,15 +6,11 @@
 //   over-release  give a middleware reference back twice
 //   refuse        nothing: only the refusal (the element stays windowed)
 // orvane-run --plugin loads it in place of the plug-in.
-#include <dlfcn.h>
-
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
 #include "middleware/middleware.h"
-#include "npapi/npapi.h"
+#include "runner/loader/forward.h"
 
 namespace {
 
@@ -22,19 +18,8 @@ const char kFaultType[] = "application/x-orvane-fault";
 NPP_NewProcPtr g_real_new = nullptr;
 
 void* Real() {
-  static void* lib = [] {
-    const char* path = getenv("ORVANE_FAULT_WRAPS");
-    void* h = path ? dlopen(path, RTLD_LAZY | RTLD_LOCAL) : nullptr;
-    if (!h) fprintf(stderr, "fault plug-in: cannot open %s\n", path ? path : "(ORVANE_FAULT_WRAPS unset)");
-    return h;
-  }();
+  static void* lib = forward::Open("ORVANE_FAULT_WRAPS", "fault plug-in");
   return lib;
-}
-
-template <class F>
-F Entry(const char* name) {
-  void* lib = Real();
-  return lib ? reinterpret_cast<F>(dlsym(lib, name)) : nullptr;
 }
 
 NPError FaultyNew(NPMIMEType type, NPP instance, uint16_t mode, int16_t argc, char* argn[], char* argv[],
@@ -59,9 +44,7 @@ NPError FaultyNew(NPMIMEType type, NPP instance, uint16_t mode, int16_t argc, ch
 extern "C" {
 
 __attribute__((visibility("default"))) NPError NP_Initialize(NPNetscapeFuncs* browser, NPPluginFuncs* plugin) {
-  auto f = Entry<NPError (*)(NPNetscapeFuncs*, NPPluginFuncs*)>("NP_Initialize");
-  if (!f) return NPERR_MODULE_LOAD_FAILED_ERROR;
-  NPError error = f(browser, plugin);
+  NPError error = forward::Initialize(Real(), browser, plugin);
   if (error == NPERR_NO_ERROR) {
     g_real_new = plugin->newp;
     plugin->newp = FaultyNew;
@@ -69,26 +52,18 @@ __attribute__((visibility("default"))) NPError NP_Initialize(NPNetscapeFuncs* br
   return error;
 }
 
-__attribute__((visibility("default"))) NPError NP_Shutdown() {
-  auto f = Entry<NPError (*)()>("NP_Shutdown");
-  return f ? f() : static_cast<NPError>(NPERR_NO_ERROR);
-}
+__attribute__((visibility("default"))) NPError NP_Shutdown() { return forward::Shutdown(Real()); }
 
 __attribute__((visibility("default"))) const char* NP_GetMIMEDescription() {
   static std::string description;
-  auto f = Entry<const char* (*)()>("NP_GetMIMEDescription");
-  description = std::string(kFaultType) + "::Faults;" + (f ? f() : "");
+  description = std::string(kFaultType) + "::Faults;" + forward::MimeDescription(Real());
   return description.c_str();
 }
 
 __attribute__((visibility("default"))) NPError NP_GetValue(void* future, NPPVariable variable, void* value) {
-  auto f = Entry<NPError (*)(void*, NPPVariable, void*)>("NP_GetValue");
-  return f ? f(future, variable, value) : static_cast<NPError>(NPERR_GENERIC_ERROR);
+  return forward::GetValue(Real(), future, variable, value);
 }
 
-__attribute__((visibility("default"))) const char* NP_GetPluginVersion() {
-  auto f = Entry<const char* (*)()>("NP_GetPluginVersion");
-  return f ? f() : "";
-}
+__attribute__((visibility("default"))) const char* NP_GetPluginVersion() { return forward::Version(Real()); }
 
 }  // extern "C"

@@ -29,14 +29,14 @@ expect() {
 }
 
 expect 1 "1 middleware reference(s) still held" "a held reference fails a --result run" \
-  --plugin "$fault_plugin" --result "$here/held.html"
+  --plugin "$fault_plugin" --result "file://$here/fault.html?held"
 expect 1 "1 release error(s)" "an over-release fails a --result run" \
-  --plugin "$fault_plugin" --result "$here/over_release.html"
+  --plugin "$fault_plugin" --result "file://$here/fault.html?over-release"
 expect 1 "still held" "a held reference fails a --junit run" \
-  --plugin "$fault_plugin" --junit "$work/report.xml" --stop-on PASS "$here/held.html"
+  --plugin "$fault_plugin" --junit "$work/report.xml" --stop-on PASS "file://$here/fault.html?held"
 grep -q "<failure" "$work/report.xml" || { echo "FAILED: the JUnit report shows no failure"; failed=1; }
 expect 1 "release error" "an over-release fails an --expect-console run" \
-  --plugin "$fault_plugin" --expect-console PASS --stop-on PASS "$here/over_release.html"
+  --plugin "$fault_plugin" --expect-console PASS --stop-on PASS "file://$here/fault.html?over-release"
 expect 0 "0 middleware reference(s) still held, 0 release error(s)" "a page without the fault passes" \
   --plugin "$fault_plugin" --result "$here/clean.html"
 expect 1 "came more than once: tick" "an event once too often fails the page" --result "$here/extra_event.html"

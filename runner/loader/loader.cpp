@@ -6,30 +6,15 @@
 // at the end of the list) would never reach the plug-in. A receiver's browser
 // registers that type; the loader completes such entries with empty fields
 // ("type::") so that QtWebKit does too. Everything else is the plug-in's.
-#include <dlfcn.h>
-
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 
-#include "npapi/npapi.h"
+#include "runner/loader/forward.h"
 
 namespace {
 
 void* Real() {
-  static void* lib = [] {
-    const char* path = getenv("ORVANE_PLUGIN");
-    void* h = path ? dlopen(path, RTLD_LAZY | RTLD_LOCAL) : nullptr;
-    if (!h) fprintf(stderr, "orvane loader: cannot open the plug-in %s: %s\n", path ? path : "(ORVANE_PLUGIN unset)", dlerror());
-    return h;
-  }();
+  static void* lib = forward::Open("ORVANE_PLUGIN", "orvane loader");
   return lib;
-}
-
-template <class F>
-F Entry(const char* name) {
-  void* lib = Real();
-  return lib ? reinterpret_cast<F>(dlsym(lib, name)) : nullptr;
 }
 
 std::string Completed(const char* description) {
@@ -52,31 +37,21 @@ std::string Completed(const char* description) {
 extern "C" {
 
 __attribute__((visibility("default"))) NPError NP_Initialize(NPNetscapeFuncs* browser, NPPluginFuncs* plugin) {
-  auto f = Entry<NPError (*)(NPNetscapeFuncs*, NPPluginFuncs*)>("NP_Initialize");
-  return f ? f(browser, plugin) : static_cast<NPError>(NPERR_MODULE_LOAD_FAILED_ERROR);
+  return forward::Initialize(Real(), browser, plugin);
 }
 
-__attribute__((visibility("default"))) NPError NP_Shutdown() {
-  auto f = Entry<NPError (*)()>("NP_Shutdown");
-  return f ? f() : static_cast<NPError>(NPERR_NO_ERROR);
-}
+__attribute__((visibility("default"))) NPError NP_Shutdown() { return forward::Shutdown(Real()); }
 
 __attribute__((visibility("default"))) const char* NP_GetMIMEDescription() {
   static std::string description;
-  auto f = Entry<const char* (*)()>("NP_GetMIMEDescription");
-  if (!f) return "";
-  description = Completed(f());
+  description = Completed(forward::MimeDescription(Real()));
   return description.c_str();
 }
 
 __attribute__((visibility("default"))) NPError NP_GetValue(void* future, NPPVariable variable, void* value) {
-  auto f = Entry<NPError (*)(void*, NPPVariable, void*)>("NP_GetValue");
-  return f ? f(future, variable, value) : static_cast<NPError>(NPERR_GENERIC_ERROR);
+  return forward::GetValue(Real(), future, variable, value);
 }
 
-__attribute__((visibility("default"))) const char* NP_GetPluginVersion() {
-  auto f = Entry<const char* (*)()>("NP_GetPluginVersion");
-  return f ? f() : "";
-}
+__attribute__((visibility("default"))) const char* NP_GetPluginVersion() { return forward::Version(Real()); }
 
 }  // extern "C"

@@ -14,12 +14,6 @@ namespace {
 
 using EventsTest = SimTest;
 
-std::vector<Event> Named(const std::string& name) {
-  std::vector<Event> out;
-  for (const Event& e : Events())
-    if (e.name == name) out.push_back(e);
-  return out;
-}
 
 TEST_F(EventsTest, PlayersPlayOnTheSimulatorClock) {
   ASSERT_TRUE(sim::LoadDescriptionText(R"({"media": {"short.mp4": {"duration": 3000}}})", nullptr));

@@ -11,12 +11,6 @@ namespace {
 
 using ReceiverEventsTest = SimTest;
 
-std::vector<Event> Named(const std::string& name) {
-  std::vector<Event> out;
-  for (const Event& e : Events())
-    if (e.name == name) out.push_back(e);
-  return out;
-}
 
 TEST_F(ReceiverEventsTest, DrmSystemsAnswerPerSystemAndTypeAndSendTheirOwnMessages) {
   ASSERT_TRUE(sim::LoadDescriptionText(R"({"capabilities": {"drm": [{"systemId": "urn:drm:a",

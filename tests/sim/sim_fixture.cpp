@@ -73,6 +73,13 @@ std::vector<Event> Events() {
   return g_events;
 }
 
+std::vector<Event> Named(const std::string& name) {
+  std::vector<Event> out;
+  for (const Event& e : Events())
+    if (e.name == name) out.push_back(e);
+  return out;
+}
+
 void ClearEvents() {
   std::lock_guard<std::mutex> lock(g_mu);
   g_events.clear();

@@ -23,6 +23,7 @@ struct Event {
 };
 
 std::vector<Event> Events();
+std::vector<Event> Named(const std::string& name);  // the events of one entry point
 void ClearEvents();
 
 // The text of a middleware string, which is released; "<null>" for 0.
