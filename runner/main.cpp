@@ -10,6 +10,7 @@
 #include <QXmlStreamWriter>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <string>
 #include <unistd.h>
 
@@ -19,6 +20,7 @@
 #include "runner/real_media.h"
 #include "runner/runner.h"
 #include "runner/video_plane.h"
+#include "runner/watchdog.h"
 #include "sim/description.h"
 #include "sim/media_engine.h"
 #include "sim/sim.h"
@@ -46,9 +48,24 @@ struct PageResult {
 // do not survive leaving it); the loop ends after the last.
 class Sequence : public QObject {
  public:
-  Sequence(const Options& options, QStringList targets) : options_(options), targets_(std::move(targets)) {}
+  Sequence(const Options& options, QStringList targets, Watchdog* watchdog)
+      : options_(options), targets_(std::move(targets)), watchdog_(watchdog) {}
   const QVector<PageResult>& Results() const { return results_; }
+  // The page's script has held the browser's thread past its time limit (on
+  // the watchdog's thread; the browser's is stuck in the script): the page
+  // failed.
+  void Hung() {
+    if (results_.isEmpty()) return;
+    PageResult& result = results_.last();
+    result.code = 1;
+    result.why = QString("the page's script did not return within the time limit of %1 s")
+                     .arg(options_.timeout_ms / 1000.0);
+    result.seconds = clock_.nsecsElapsed() / 1e9;
+    runlog::Line("run", result.why);
+    runlog::Capture(nullptr);
+  }
   void Next() {
+    watchdog_->Arm(0);
     if (targets_.isEmpty()) return QApplication::exit(0);
     if (!options_.autostart) SetTarget(&options_, targets_.first());
     targets_.removeFirst();
@@ -62,6 +79,7 @@ class Sequence : public QObject {
     runlog::Line("run", options_.receiver.isEmpty() ? "receiver: built-in" : "receiver " + options_.receiver);
     if (options_.clock_rate >= 0) sim::SetClockRate(options_.clock_rate);
     Runner* runner = new Runner(options_);
+    watchdog_->Arm(options_.timeout_ms);
     connect(runner, &Runner::finished, this, [this, runner](int code) { Done(runner, code); });
     if (!runner->Start()) Done(runner, 3);
   }
@@ -78,9 +96,19 @@ class Sequence : public QObject {
   }
   Options options_;
   QStringList targets_;
+  Watchdog* watchdog_;
   QVector<PageResult> results_;
   QElapsedTimer clock_;
 };
+
+// The exit code of a run: one page's own, or the first failure's of several.
+int ExitCode(const QVector<PageResult>& results) {
+  int code = 0;
+  for (const PageResult& r : results)
+    if (r.code != 0 && r.code != 77 && code == 0) code = r.code;
+  if (results.size() == 1) code = results[0].code;
+  return code;
+}
 
 // JUnit XML: one test case per page; exit codes 0 pass, 77 skipped, others fail.
 bool WriteJUnit(const QString& path, const QVector<PageResult>& results) {
@@ -134,6 +162,12 @@ bool WriteJUnit(const QString& path, const QVector<PageResult>& results) {
 int main(int argc, char** argv) {
   QStringList arguments;
   for (int i = 0; i < argc; i++) arguments << QString::fromLocal8Bit(argv[i]);
+  // The help (printed by the parser, which exits) names the program through
+  // an application object: asked for help, one exists first.
+  QStringList help_flags = {"-h", "--help", "-?", "--help-all"};
+  std::unique_ptr<QCoreApplication> for_help;
+  for (const QString& flag : help_flags)
+    if (arguments.contains(flag) && !for_help) for_help = std::make_unique<QCoreApplication>(argc, argv);
   Options options;
   QString error;
   if (!ParseOptions(arguments, &options, &error)) {
@@ -172,16 +206,27 @@ int main(int argc, char** argv) {
     if (calls == "all" || (calls == "app" && !Plumbing(call.op))) runlog::Call(call);
     VideoPlane::Observe(call);
   });
-  Sequence pages(options, options.autostart ? QStringList{QString()} : options.targets);
+  Sequence* sequence = nullptr;
+  // A runaway script: the run ends there, its report written, without
+  // waiting for the browser's thread.
+  Watchdog watchdog([&sequence, &options] {
+    sequence->Hung();
+    const QVector<PageResult>& results = sequence->Results();
+    if (!options.junit.isEmpty()) WriteJUnit(options.junit, results);
+    fflush(stdout);
+    _exit(ExitCode(results));
+  });
+  QTimer beat;
+  QObject::connect(&beat, &QTimer::timeout, [&watchdog] { watchdog.Beat(); });
+  beat.start(100);
+  Sequence pages(options, options.autostart ? QStringList{QString()} : options.targets, &watchdog);
+  sequence = &pages;
   QTimer::singleShot(0, &pages, [&pages] { pages.Next(); });
   app.exec();
   const QVector<PageResult>& results = pages.Results();
   sim::SetCallObserver(nullptr);
   sim::SetMediaEngine(nullptr);
-  int code = 0;
-  for (const PageResult& r : results)
-    if (r.code != 0 && r.code != 77 && code == 0) code = r.code;
-  if (results.size() == 1) code = results[0].code;
+  int code = ExitCode(results);
   if (!options.junit.isEmpty() && !WriteJUnit(options.junit, results)) {
     fprintf(stderr, "orvane-run: cannot write %s\n", options.junit.toLocal8Bit().constData());
     if (code == 0) code = 3;

@@ -23,11 +23,15 @@ Page::Page(QObject* parent) : QWebPage(parent) {
   // black box). They keep their place and size and work as before; video
   // and audio elements stay opaque, and the screen makes windows of them
   // onto the video plane.
-  const QByteArray invisible =
+  const QByteArray sheet =
       "object:not([type^='video/']):not([type^='audio/']):not([type^='VIDEO/']):not([type^='AUDIO/']),"
       "embed:not([type^='video/']):not([type^='audio/']):not([type^='VIDEO/']):not([type^='AUDIO/'])"
-      "{visibility:hidden !important}";
-  s->setUserStyleSheetUrl(QUrl("data:text/css;charset=utf-8;base64," + invisible.toBase64()));
+      "{visibility:hidden !important}"
+      // The engine paints a windowless plug-in through an X pixmap of the
+      // element's size, which X refuses beyond its limits (and the engine
+      // then crashes on the missing picture); no TV screen comes near them.
+      "object,embed{max-width:8192px !important;max-height:8192px !important}";
+  s->setUserStyleSheetUrl(QUrl("data:text/css;charset=utf-8;base64," + sheet.toBase64()));
   setForwardUnsupportedContent(true);
   connect(this, &QWebPage::unsupportedContent, this, &Page::OpenAsXhtml);
   // Each new document of the main frame gets the receiver's key constants,
