@@ -101,6 +101,12 @@ void Applications::Destroyed(MwHandle application) {
   if (!running || application != running) return;
   QTimer::singleShot(0, this, [this] {
     runlog::Line("run", "the application destroyed itself: the broadcast shows alone");
+    // A receiver stops an application's objects before its document goes:
+    // the plug-in elements leave first, so that replacing the document lays
+    // out no plug-in of the old one.
+    page_->mainFrame()->evaluateJavaScript(
+        "Array.prototype.slice.call(document.querySelectorAll('object,embed')).forEach("
+        "function (e) { if (e.parentNode) e.parentNode.removeChild(e); });");
     page_->mainFrame()->setHtml("<html><body style='background:transparent'></body></html>", QUrl("about:blank"));
     emit exited();
   });
