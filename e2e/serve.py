@@ -3,7 +3,8 @@
 named .hbbtv go out as application/vnd.hbbtv.xhtml+xml, .cehtml as
 application/ce-html+xml, .xhtml as application/xhtml+xml; byte ranges are
 served, so that media players can seek.
-Usage: serve.py DIR PORT"""
+Usage: serve.py DIR PORT (ORVANE_SERVE_LOG=FILE: each request's path and
+user agent are added to FILE)"""
 import http.server
 import os
 import re
@@ -24,6 +25,11 @@ class Handler(http.server.SimpleHTTPRequestHandler):
         pass
 
     def send_head(self):
+        # ORVANE_SERVE_LOG names a file that gets "path<TAB>user agent" for
+        # every request, so that a test can see who asked.
+        if os.environ.get('ORVANE_SERVE_LOG'):
+            with open(os.environ['ORVANE_SERVE_LOG'], 'a') as log:
+                log.write('%s\t%s\n' % (self.path, self.headers.get('User-Agent', '')))
         match = re.fullmatch(r'bytes=(\d*)-(\d*)', self.headers.get('Range', ''))
         path = self.translate_path(self.path)
         if not match or not os.path.isfile(path):

@@ -13,6 +13,8 @@ class Page : public QWebPage {
   Q_OBJECT
  public:
   explicit Page(QObject* parent);
+  // The user agent the browser sends (with the HbbTV token).
+  QString UserAgent() const { return userAgentForUrl(QUrl()); }
 
   // Whether a failed load is one the engine gave up on for its type, with
   // the document opened as XHTML in its place (each is reported once).

@@ -148,6 +148,12 @@ void RealMedia::Open(MwHandle player, const std::string& url, bool video) {
   p->playbin = gst_element_factory_make("playbin", nullptr);
   QUrl u = Resolve(url);
   g_object_set(p->playbin, "uri", u.toString(QUrl::FullyEncoded).toUtf8().constData(), nullptr);
+  // An http source asks with the browser's user agent, as a receiver's player does.
+  g_signal_connect(p->playbin, "source-setup", G_CALLBACK(+[](GstElement*, GstElement* source, gpointer agent) {
+                     if (g_object_class_find_property(G_OBJECT_GET_CLASS(source), "user-agent"))
+                       g_object_set(source, "user-agent", static_cast<const std::string*>(agent)->c_str(), nullptr);
+                   }),
+                   &user_agent_);
   GstElement* video_sink;
   if (video) {
     video_sink = gst_element_factory_make("appsink", nullptr);

@@ -28,6 +28,8 @@ class RealMedia : public QObject, public sim::MediaEngine {
   static RealMedia* Current();
   // The address relative URLs resolve against (the page's).
   void SetBase(const QUrl& base) { base_ = base; }
+  // The user agent the players' http requests carry (the browser's).
+  void SetUserAgent(const QString& agent) { user_agent_ = agent.toStdString(); }
   // The player's latest video frame; null when it has none.
   QImage Frame(MwHandle player);
   // Keeps a decoded frame (from a streaming thread).
@@ -51,6 +53,7 @@ class RealMedia : public QObject, public sim::MediaEngine {
   void Poll();  // the pipelines' messages, on the GUI thread
   static void ReportDuration(const Pipeline* p);
   QUrl base_;
+  std::string user_agent_;  // read by the source setup on streaming threads; set before players open
   QMap<MwHandle, Pipeline*> pipelines_;  // GUI thread only
   QMutex frames_mutex_;
   QMap<MwHandle, QImage> frames_;        // written from streaming threads

@@ -40,6 +40,7 @@ Runner::Runner(const Options& options) : options_(options) {
   view_->installEventFilter(this);
   page_ = new Page(view_);
   page_->setNetworkAccessManager(new Network(page_));
+  if (RealMedia* media = RealMedia::Current()) media->SetUserAgent(page_->UserAgent());
   view_->setPage(page_);
   applications_ = new Applications(page_);
   connect(applications_, &Applications::exited, this, [this] {

@@ -642,8 +642,9 @@ MwHandle MwBroadcastGetCurrentActiveComponents(MwHandle broadcast, uint32_t comp
   std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
   auto b = Instance(broadcast);
   if (!b || !b->state.bound) return 0;
+  // Nothing of the type selected: an empty list, not none.
   auto it = b->active.find(static_cast<int32_t>(componentType));
-  return it == b->active.end() ? 0 : sim::NewList({it->second});
+  return sim::NewList(it == b->active.end() ? std::vector<MwHandle>() : std::vector<MwHandle>{it->second});
 }
 
 void MwBroadcastSelectComponent(MwHandle broadcast, MwHandle component) {

@@ -200,12 +200,9 @@ void LoadDefaultReceiver() {
   }
   rx.current = 0;
 
+  // A receiver's dvb-si scheme lists no values: its ratings are ages.
   auto scheme = std::make_shared<SchemeObject>();
   scheme->name = "dvb-si";
-  for (int age = 4; age <= 18; age++) {
-    scheme->values.push_back(std::to_string(age));
-    scheme->icons.push_back("http://icons.example/age-" + std::to_string(age) + ".png");
-  }
   scheme->threshold = Rating("dvb-si", "16", 16);
   rx.schemes.push_back(Keep(scheme));
 

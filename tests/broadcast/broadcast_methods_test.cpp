@@ -109,7 +109,11 @@ TEST_F(BroadcastTest, ComponentsAreSelectedByTypeOrObjectAndUnselected) {
   Settle();
 
   EXPECT_TRUE(Call("getCurrentActiveComponents", {host::Int(2)}, &r));
-  EXPECT_EQ(NPVariantType_Null, r.type) << "no subtitles until chosen";
+  ASSERT_EQ(NPVariantType_Object, r.type) << "no subtitles until chosen: an empty collection";
+  NPVariant length = host::Void();
+  EXPECT_TRUE(host::Get(npp_, r.value.objectValue, "length", &length));
+  EXPECT_EQ(0, length.value.intValue);
+  host::Release(&r);
   EXPECT_TRUE(Call("selectComponent", {host::Int(2)}));
   EXPECT_FALSE(Call("selectComponent", {host::Str("subtitles")}));
 

@@ -90,3 +90,29 @@ TEST_F(ReceiverEventsTest, PresentingAServiceReportsRightsTimeshiftAndTheGuide) 
 
 }  // namespace
 }  // namespace simtest
+
+namespace simtest {
+namespace {
+
+// What the built-in receiver answers as a TV does: a dvb-si scheme with no
+// values, and an empty list of active components of a type none of which is
+// selected.
+TEST_F(ReceiverEventsTest, TheBuiltInReceiverAnswersAsATvDoes) {
+  MwHandle parental = MwParentalControlOpen();
+  MwHandle schemes = MwParentalGetRatingSchemes(parental);
+  MwHandle dvb = MwListGetItem(schemes, 0);
+  EXPECT_EQ("dvb-si", Take(MwRatingSchemeGetName(dvb)));
+  EXPECT_EQ(0, MwRatingSchemeGetLength(dvb));
+  for (MwHandle h : {dvb, schemes, parental}) MwObjectRelease(h);
+
+  MwHandle b = MwBroadcastCreate(nullptr);
+  MwBroadcastBindToCurrentChannel(b);
+  MwHandle subtitles = MwBroadcastGetCurrentActiveComponents(b, 2);
+  ASSERT_NE(0u, subtitles);
+  EXPECT_EQ(0, MwListGetCount(subtitles));
+  MwObjectRelease(subtitles);
+  MwObjectRelease(b);
+}
+
+}  // namespace
+}  // namespace simtest
