@@ -30,6 +30,8 @@ Applications::Applications(QWebPage* page) : page_(page) {
   };
   hooks.destroyed = [this](MwHandle application) { Destroyed(application); };
   sim::SetApplicationHooks(hooks);
+  // The new application's document replaced the caller's: hand-over done.
+  connect(page_->mainFrame(), &QWebFrame::urlChanged, this, [this] { handing_over_ = caller_gone_ = false; });
 }
 
 Applications::~Applications() { sim::SetApplicationHooks({}); }
@@ -63,6 +65,7 @@ bool Applications::Launch(MwHandle application, const QString& url) {
     return false;
   }
   runlog::Line("run", QString("application %1 starts: %2").arg(application).arg(url));
+  handing_over_ = true;
   // The caller's script is still running: the new document comes after it.
   QTimer::singleShot(0, this, [this, target] {
     if (!IsAitUrl(target)) return Load(target);
@@ -93,21 +96,32 @@ void Applications::Load(const QUrl& url) {
 
 void Applications::LoadFailed(const QString& why) {
   runlog::Line("run", why);
+  handing_over_ = false;
+  if (caller_gone_) return Unload();  // nobody is left to hear of it
   for (MwHandle manager : sim::AppManagers()) sim::RaiseApplicationLoadError(manager, true, 0);
 }
 
 void Applications::Destroyed(MwHandle application) {
   MwHandle running = sim::OwnerApplication(page_->mainFrame()->url().toString().toStdString());
   if (!running || application != running) return;
-  QTimer::singleShot(0, this, [this] {
-    runlog::Line("run", "the application destroyed itself: the broadcast shows alone");
-    // A receiver stops an application's objects before its document goes:
-    // the plug-in elements leave first, so that replacing the document lays
-    // out no plug-in of the old one.
-    page_->mainFrame()->evaluateJavaScript(
-        "Array.prototype.slice.call(document.querySelectorAll('object,embed')).forEach("
-        "function (e) { if (e.parentNode) e.parentNode.removeChild(e); });");
-    page_->mainFrame()->setHtml("<html><body style='background:transparent'></body></html>", QUrl("about:blank"));
-    emit exited();
-  });
+  if (handing_over_) {
+    // The application it started comes in its place.
+    runlog::Line("run", "the application destroyed itself: the one it started takes over");
+    caller_gone_ = true;
+    return;
+  }
+  QTimer::singleShot(0, this, [this] { Unload(); });
+}
+
+void Applications::Unload() {
+  caller_gone_ = false;
+  runlog::Line("run", "the application destroyed itself: the broadcast shows alone");
+  // A receiver stops an application's objects before its document goes:
+  // the plug-in elements leave first, so that replacing the document lays
+  // out no plug-in of the old one.
+  page_->mainFrame()->evaluateJavaScript(
+      "Array.prototype.slice.call(document.querySelectorAll('object,embed')).forEach("
+      "function (e) { if (e.parentNode) e.parentNode.removeChild(e); });");
+  page_->mainFrame()->setHtml("<html><body style='background:transparent'></body></html>", QUrl("about:blank"));
+  emit exited();
 }

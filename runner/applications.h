@@ -3,7 +3,8 @@
 // of the caller's (a URL, an XML AIT, or dvb://current.ait/ORG.APP resolved
 // by the receiver), once it is known to load; one that cannot be loaded
 // raises the application managers' load error instead. An application that
-// destroys itself is unloaded, leaving the broadcast alone on the screen.
+// destroys itself is unloaded, leaving the broadcast alone on the screen;
+// one that destroys itself after starting another hands over to it.
 #ifndef ORVANE_RUNNER_APPLICATIONS_H
 #define ORVANE_RUNNER_APPLICATIONS_H
 
@@ -34,7 +35,12 @@ class Applications : public QObject {
   void Load(const QUrl& url);   // after the caller's script has returned
   void Destroyed(MwHandle application);
   void LoadFailed(const QString& why);
+  void Unload();  // the running application is gone: the broadcast shows alone
   QWebPage* page_;
+  // From a createApplication() until the new document replaces the caller's
+  // (or fails to load): the caller destroying itself then hands over.
+  bool handing_over_ = false;
+  bool caller_gone_ = false;
 };
 
 #endif

@@ -136,6 +136,20 @@ void LoadFailed() {
   for (MwHandle manager : sim::AppManagers()) sim::RaiseApplicationLoadError(manager, true, 0);
 }
 
+// The entry's URL with what followed ORG.APP: a query joins the entry's own
+// ("?a=1" and "?b=2" give "?a=1&b=2"), a fragment replaces the entry's, a
+// path is added to it.
+std::string Merged(const std::string& entry, const std::string& rest) {
+  if (rest.empty() || rest[0] == '/') return entry + rest;
+  size_t hash = entry.find('#');
+  std::string base = entry.substr(0, hash), fragment = hash == std::string::npos ? "" : entry.substr(hash);
+  size_t rest_hash = rest.find('#');
+  std::string query = rest.substr(0, rest_hash);  // "" or "?b=2"
+  if (rest_hash != std::string::npos) fragment = rest.substr(rest_hash);
+  if (query.size() > 1) base += (base.find('?') == std::string::npos ? "?" : "&") + query.substr(1);
+  return base + fragment;
+}
+
 // An application of the current service's AIT by its dvb://current.ait/ORG.APP
 // URL (the rest of the URL is added to the entry's); other URLs stand.
 bool Resolve(std::string* url) {
@@ -145,7 +159,7 @@ bool Resolve(std::string* url) {
   std::string id = url->substr(prefix.size(), end == std::string::npos ? std::string::npos : end - prefix.size());
   sim::AitEntry entry;
   if (id.empty() || !sim::FindAitEntry(id, &entry)) return false;
-  *url = entry.url + (end == std::string::npos ? "" : url->substr(end));
+  *url = Merged(entry.url, end == std::string::npos ? "" : url->substr(end));
   return true;
 }
 

@@ -1,18 +1,19 @@
-// Events the simulated receiver raises by itself, as a receiver would: DRM
+// What the simulated receiver does by itself, as a receiver would: DRM
 // answers per system and message type and scheduled system messages; a
 // protected service's rights error, a timeshifted service's speed and
-// position, the guide's present programme changing, and component
-// selection.
+// position, the guide's present programme changing, component selection;
+// its answers (the dvb-si scheme, active components) and AIT URLs.
+#include "sim/appmgr_sim.h"
 #include "sim/description.h"
 #include "sim_fixture.h"
 
 namespace simtest {
 namespace {
 
-using ReceiverEventsTest = SimTest;
+using ReceiverTest = SimTest;
 
 
-TEST_F(ReceiverEventsTest, DrmSystemsAnswerPerSystemAndTypeAndSendTheirOwnMessages) {
+TEST_F(ReceiverTest, DrmSystemsAnswerPerSystemAndTypeAndSendTheirOwnMessages) {
   ASSERT_TRUE(sim::LoadDescriptionText(R"({"capabilities": {"drm": [{"systemId": "urn:drm:a",
       "answers": {"type/licence": {"result": "granted", "code": 0}, "type/busy": {"result": "later", "code": 2}},
       "systemMessages": [{"message": "renewed", "delayMs": 30}]}]}})", nullptr));
@@ -37,7 +38,7 @@ TEST_F(ReceiverEventsTest, DrmSystemsAnswerPerSystemAndTypeAndSendTheirOwnMessag
   MwObjectRelease(agent);
 }
 
-TEST_F(ReceiverEventsTest, PresentingAServiceReportsRightsTimeshiftAndTheGuide) {
+TEST_F(ReceiverTest, PresentingAServiceReportsRightsTimeshiftAndTheGuide) {
   ASSERT_TRUE(sim::LoadDescriptionText(R"({"channels": [
       {"name": "Locked", "protected": {"systemId": "urn:drm:a", "contentId": "film-1"}, "timeshift": true,
        "programmes": [{"name": "Short", "startOffset": -10, "duration": 20}, {"name": "After", "startOffset": 10,
@@ -88,16 +89,11 @@ TEST_F(ReceiverEventsTest, PresentingAServiceReportsRightsTimeshiftAndTheGuide) 
   EXPECT_TRUE(Named("Broadcast_onPlayPositionChanged").empty()) << "a released object hears no more";
 }
 
-}  // namespace
-}  // namespace simtest
-
-namespace simtest {
-namespace {
 
 // What the built-in receiver answers as a TV does: a dvb-si scheme with no
 // values, and an empty list of active components of a type none of which is
 // selected.
-TEST_F(ReceiverEventsTest, TheBuiltInReceiverAnswersAsATvDoes) {
+TEST_F(ReceiverTest, TheBuiltInReceiverAnswersAsATvDoes) {
   MwHandle parental = MwParentalControlOpen();
   MwHandle schemes = MwParentalGetRatingSchemes(parental);
   MwHandle dvb = MwListGetItem(schemes, 0);
@@ -112,6 +108,26 @@ TEST_F(ReceiverEventsTest, TheBuiltInReceiverAnswersAsATvDoes) {
   EXPECT_EQ(0, MwListGetCount(subtitles));
   MwObjectRelease(subtitles);
   MwObjectRelease(b);
+}
+
+
+// dvb://current.ait/ORG.APP with a query and a fragment, applied to an AIT
+// URL that has a query of its own.
+TEST_F(ReceiverTest, AnAitApplicationUrlMergesTheQueryItIsGiven) {
+  ASSERT_TRUE(sim::LoadDescriptionText(R"({"channels": [{"name": "Apps", "ait": [
+      {"orgId": 10, "appId": 1, "url": "http://apps.example/page.php?a=1#top"}]}]})", nullptr));
+  const char* const cases[][2] = {
+      {"dvb://current.ait/a.1?b=2#x", "http://apps.example/page.php?a=1&b=2#x"},
+      {"dvb://current.ait/a.1?b=2", "http://apps.example/page.php?a=1&b=2#top"},
+      {"dvb://current.ait/a.1#x", "http://apps.example/page.php?a=1#x"},
+      {"dvb://current.ait/a.1", "http://apps.example/page.php?a=1#top"},
+  };
+  for (const auto& c : cases) {
+    MwString url = Ms(c[0]);
+    MwHandle app = MwApplicationCreateApplication(0, &url, 0);
+    EXPECT_EQ(c[1], sim::Application(app).url) << c[0];
+    MwObjectRelease(app);
+  }
 }
 
 }  // namespace
