@@ -37,7 +37,7 @@ Page::Page(QObject* parent) : QWebPage(parent) {
   // Each new document of the main frame gets the receiver's key constants,
   // console and object factory before its own scripts run.
   connect(mainFrame(), &QWebFrame::javaScriptWindowObjectCleared, this, [this] {
-    mainFrame()->evaluateJavaScript(KeyConstantsScript() + ConsoleScript() + ObjectFactoryScript());
+    mainFrame()->evaluateJavaScript(KeyConstantsScript() + ConsoleScript() + ObjectFactoryScript() + CollectionIndexScript());
   });
 }
 

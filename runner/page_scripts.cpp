@@ -60,3 +60,24 @@ try {
 }
 })();)JS");
 }
+
+QString CollectionIndexScript() {
+  return QStringLiteral(R"JS((function(){
+if (Object.prototype.hasOwnProperty('__orvaneIndexed')) return;
+// A plug-in object: callable, with Object.prototype as its prototype.
+function collection(o) {
+  return typeof o === 'function' && Object.getPrototypeOf(o) === Object.prototype && 'item' in o;
+}
+function index(i) {
+  return {
+    get: function() { return collection(this) ? this.item(i) : undefined; },
+    set: function(v) {
+      Object.defineProperty(this, i, {value: v, writable: true, enumerable: true, configurable: true});
+    },
+    configurable: true, enumerable: false
+  };
+}
+for (var i = 0; i < 4096; i++) Object.defineProperty(Object.prototype, i, index(i));
+Object.defineProperty(Object.prototype, '__orvaneIndexed', {value: true});
+})();)JS");
+}
