@@ -1,5 +1,6 @@
 #include "runner/network.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -12,29 +13,37 @@
 
 namespace {
 
-// A finished answer from memory: the file's bytes, or an error.
+// A finished answer from memory, as an http server gives it: 200 with the
+// object's bytes (or a directory's listing), or 404 with a short page.
 class CarouselReply : public QNetworkReply {
  public:
   CarouselReply(const QNetworkRequest& request, const QByteArray& bytes, const QString& type, bool found)
       : bytes_(bytes) {
     setRequest(request);
-    setUrl(request.url());
+    // The engine takes status codes only from http answers: the reply is
+    // given as one from the carousel's own http spelling.
+    QUrl answered = request.url();
+    answered.setScheme("http");
+    answered.setHost("carousel." + request.url().host() + ".dvb");
+    setUrl(answered);
     setOperation(QNetworkAccessManager::GetOperation);
     open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    // A receiver answers an application's request of its carousel as a
+    // server would: 200 with the object, 404 for none.
+    setAttribute(QNetworkRequest::HttpStatusCodeAttribute, found ? 200 : 404);
+    setAttribute(QNetworkRequest::HttpReasonPhraseAttribute, found ? "OK" : "Not Found");
     if (found) {
       setHeader(QNetworkRequest::ContentTypeHeader, type);
       setHeader(QNetworkRequest::ContentLengthHeader, bytes_.size());
     } else {
       setError(ContentNotFoundError, "not in the service's carousel");
+      bytes_ = "Not Found\n";  // with a body, the engine keeps the 404 rather than a network error
     }
     // Signals only once the caller has connected to them.
     QTimer::singleShot(0, this, [this, found] {
       emit metaDataChanged();
-      if (found) {
-        emit readyRead();
-      } else {
-        emit errorOccurred(ContentNotFoundError);
-      }
+      emit readyRead();
+      if (!found) emit errorOccurred(ContentNotFoundError);
       setFinished(true);
       emit finished();
     });
@@ -71,17 +80,33 @@ QString CarouselPath(const QUrl& url) {
   }
   for (const QString& spelling : spellings) {
     QString path = QString::fromStdString(sim::CarouselFile(spelling.toStdString()));
-    if (!path.isEmpty() && QFileInfo(path).isFile()) return path;
+    if (!path.isEmpty() && QFileInfo::exists(path)) return path;
   }
   return QString();
 }
 
+namespace {
+
+// A carousel directory as a receiver lists it: one entry a line, in name
+// order, directories with a trailing slash.
+QByteArray Listing(const QString& directory) {
+  QByteArray out;
+  for (const QFileInfo& entry :
+       QDir(directory).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name))
+    out += entry.fileName().toUtf8() + (entry.isDir() ? "/" : "") + "\n";
+  return out;
+}
+
+}  // namespace
+
 QNetworkReply* Network::createRequest(Operation op, const QNetworkRequest& request, QIODevice* data) {
   if (request.url().scheme() != "dvb") return QNetworkAccessManager::createRequest(op, request, data);
   QString path = CarouselPath(request.url());
+  bool directory = !path.isEmpty() && QFileInfo(path).isDir();
   QFile file(path);
-  bool found = !path.isEmpty() && file.open(QIODevice::ReadOnly);
-  QByteArray bytes = found ? file.readAll() : QByteArray();
+  bool found = directory || (!path.isEmpty() && file.open(QIODevice::ReadOnly));
+  QByteArray bytes = directory ? Listing(path) : found ? file.readAll() : QByteArray();
+  QString type = directory ? "text/plain" : QMimeDatabase().mimeTypeForFile(path).name();
   runlog::Line("run", QString("carousel %1: %2").arg(request.url().toString(), found ? path : "not found"));
-  return new CarouselReply(request, bytes, QMimeDatabase().mimeTypeForFile(path).name(), found);
+  return new CarouselReply(request, bytes, type, found);
 }

@@ -1,6 +1,7 @@
 // The browser's network: what QtWebKit fetches, plus the current service's
-// object carousel: dvb:// URLs of the service are files of the folder the
-// receiver description names for it; any other dvb:// URL is not found.
+// object carousel: dvb:// URLs of the service are files (or directories,
+// answered with a listing) of the folder the receiver description names for
+// it; any other dvb:// URL is not found (404).
 #ifndef ORVANE_RUNNER_NETWORK_H
 #define ORVANE_RUNNER_NETWORK_H
 
@@ -8,7 +9,8 @@
 #include <QString>
 #include <QUrl>
 
-// The carousel file of a dvb:// URL of the current service, empty for none.
+// The carousel file or directory of a dvb:// URL of the current service,
+// empty for none.
 QString CarouselPath(const QUrl& url);
 
 class Network : public QNetworkAccessManager {

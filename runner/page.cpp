@@ -5,6 +5,7 @@
 #include <QNetworkRequest>
 #include <QUrl>
 #include <QWebFrame>
+#include <QWebSecurityOrigin>
 #include <QWebSettings>
 
 #include "runner/keys.h"
@@ -38,6 +39,9 @@ Page::Page(QObject* parent) : QWebPage(parent) {
   // console and object factory before its own scripts run.
   connect(mainFrame(), &QWebFrame::javaScriptWindowObjectCleared, this, [this] {
     mainFrame()->evaluateJavaScript(KeyConstantsScript() + ConsoleScript() + ObjectFactoryScript() + CollectionIndexScript());
+    // The service's carousel is the application's own, over http too (the
+    // engine refuses other schemes across origins).
+    mainFrame()->securityOrigin().addAccessWhitelistEntry("dvb", "", QWebSecurityOrigin::AllowSubdomains);
   });
 }
 

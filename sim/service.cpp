@@ -72,8 +72,7 @@ std::string CarouselFile(const std::string& url) {
   std::lock_guard<std::recursive_mutex> lock(Mutex());
   auto channel = Current();
   if (!channel || channel->carousel.empty()) return "";
-  if (path == "/") path = "/index.html";
-  return channel->carousel + path;
+  return channel->carousel + path;  // a directory's path when the URL names one
 }
 
 }  // namespace sim

@@ -5,6 +5,7 @@
 // its answers (the dvb-si scheme, active components) and AIT URLs.
 #include "sim/appmgr_sim.h"
 #include "sim/description.h"
+#include "sim/receiver.h"
 #include "sim_fixture.h"
 
 namespace simtest {
@@ -128,6 +129,18 @@ TEST_F(ReceiverTest, AnAitApplicationUrlMergesTheQueryItIsGiven) {
     EXPECT_EQ(c[1], sim::Application(app).url) << c[0];
     MwObjectRelease(app);
   }
+}
+
+// A carousel URL names a file or a directory of the service's folder, the
+// root included; nothing outside it.
+TEST_F(ReceiverTest, CarouselUrlsNameFilesAndDirectories) {
+  ASSERT_TRUE(sim::LoadDescriptionText(R"({"channels": [{"name": "Apps", "onid": 1, "tsid": 2, "sid": 3,
+      "carousel": "/srv/carousel"}]})", nullptr));
+  EXPECT_EQ("/srv/carousel/", sim::CarouselFile("dvb://1.2.3/"));
+  EXPECT_EQ("/srv/carousel/data/", sim::CarouselFile("dvb://1.2.3/data/"));
+  EXPECT_EQ("/srv/carousel/data/info.txt", sim::CarouselFile("dvb://current/data/info.txt?x#y"));
+  EXPECT_EQ("", sim::CarouselFile("dvb://1.2.3/data/../../etc/passwd"));
+  EXPECT_EQ("", sim::CarouselFile("dvb://1.2.4/data/info.txt")) << "another service";
 }
 
 }  // namespace
