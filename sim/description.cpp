@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
+#include <set>
 #include <sstream>
 
 #include "sim/receiver.h"
@@ -150,6 +151,35 @@ MwHandle Component(const json& j) {
   return Register(c, true);
 }
 
+// A programme's SI descriptors: [{tag, tagExtension, bytes: "hex"}]. Each
+// reads as a string whose characters are the descriptor's bytes (code
+// points 0 to 255, carried as UTF-8); those given for a tag replace the
+// genre text made up for it.
+void Descriptors(const json& list, ProgrammeObject* p) {
+  std::set<uint32_t> given;
+  for (const json& d : list) {
+    int32_t tag = Int(d, "tag", -1), extension = Int(d, "tagExtension", -1);
+    if (tag < 0 || tag > 255 || extension > 255) throw std::runtime_error("a descriptor's tag is not a byte");
+    std::string hex = Str(d, "bytes"), text;
+    hex.erase(std::remove(hex.begin(), hex.end(), ' '), hex.end());
+    if (hex.size() % 2 || hex.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos)
+      throw std::runtime_error("a descriptor's bytes are not hexadecimal");
+    for (size_t i = 0; i < hex.size(); i += 2) {
+      unsigned byte = static_cast<unsigned>(std::stoul(hex.substr(i, 2), nullptr, 16));
+      if (byte < 0x80) {
+        text += static_cast<char>(byte);
+      } else {
+        text += static_cast<char>(0xc0 | (byte >> 6));
+        text += static_cast<char>(0x80 | (byte & 0x3f));
+      }
+    }
+    uint32_t key = static_cast<uint32_t>(tag);
+    if (extension >= 0) key |= (static_cast<uint32_t>(extension) + 1) << 8;
+    if (given.insert(key).second) p->descriptors[key].clear();
+    p->descriptors[key].push_back(text);
+  }
+}
+
 MwHandle Programme(const json& j, const std::string& ccid) {
   auto p = std::make_shared<ProgrammeObject>();
   p->name = Str(j, "name");
@@ -172,6 +202,7 @@ MwHandle Programme(const json& j, const std::string& ccid) {
   p->multilingual = Int(j, "multilingual");
   if (j.contains("parentalRating")) p->ratings.push_back(Rating(j.at("parentalRating")));
   for (const std::string& g : p->genre) p->descriptors[0x54].push_back("content:" + g);
+  if (j.contains("descriptors")) Descriptors(j.at("descriptors"), p.get());
   return Register(p, true);
 }
 

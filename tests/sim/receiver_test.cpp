@@ -143,5 +143,25 @@ TEST_F(ReceiverTest, CarouselUrlsNameFilesAndDirectories) {
   EXPECT_EQ("", sim::CarouselFile("dvb://1.2.4/data/info.txt")) << "another service";
 }
 
+// A programme's descriptors from the description: bytes as characters 0 to
+// 255 (UTF-8), replacing the genre text made up for their tag.
+TEST_F(ReceiverTest, ProgrammesCarryTheirDescribedDescriptors) {
+  ASSERT_TRUE(sim::LoadDescriptionText(R"({"channels": [{"name": "One", "programmes": [{"name": "P",
+      "genre": ["Drama"], "descriptors": [{"tag": 84, "bytes": "54 02 10 ff"}]}]}]})", nullptr));
+  MwHandle b = MwBroadcastCreate(nullptr);
+  MwBroadcastBindToCurrentChannel(b);
+  MwHandle list = MwBroadcastGetProgrammes(b);
+  MwHandle programme = MwListGetItem(list, 0);
+  MwHandle content = MwProgrammeGetSIDescriptors(programme, 0x54, -1);
+  ASSERT_EQ(1, MwListGetCount(content)) << "the described one, not the genre's";
+  EXPECT_EQ(std::string("\x54\x02\x10\xc3\xbf"), Take(MwListGetItem(content, 0)));
+  EXPECT_EQ(0u, MwProgrammeGetSIDescriptors(programme, 0x4d, -1));
+  for (MwHandle h : {content, programme, list, b}) MwObjectRelease(h);
+  std::string error;
+  EXPECT_FALSE(sim::LoadDescriptionText(R"({"channels": [{"name": "One", "programmes": [{"name": "P",
+      "descriptors": [{"tag": 84, "bytes": "5g"}]}]}]})", &error));
+  EXPECT_NE(std::string::npos, error.find("hexadecimal")) << error;
+}
+
 }  // namespace
 }  // namespace simtest
