@@ -340,6 +340,24 @@ bool Register(MwHandle h, const std::string& name, uint32_t kind, int32_t tag = 
   return true;
 }
 
+// The component tag of the object that holds the event `name` in a
+// stream-event description (its dsmcc_object's component_tag), -1 for none.
+int32_t DescribedTag(const std::string& xml, const std::string& name) {
+  size_t at = std::string::npos;
+  for (char quote : {'"', '\''}) {
+    size_t found = xml.find(std::string("name=") + quote + name + quote);
+    if (found < at) at = found;
+  }
+  if (at == std::string::npos) return -1;
+  size_t attribute = xml.rfind("component_tag=", at);
+  if (attribute == std::string::npos) return -1;
+  size_t value = attribute + 14;
+  if (value < xml.size() && (xml[value] == '"' || xml[value] == '\'')) value++;
+  char* end = nullptr;
+  long tag = strtol(xml.c_str() + value, &end, 0);
+  return end == xml.c_str() + value || tag < 0 || tag > 255 ? -1 : static_cast<int32_t>(tag);
+}
+
 // True when a stream-event description declares the event `name`: an
 // attribute name="..." (or '...') with that value.
 bool DescriptionDeclares(const std::string& xml, const std::string& name) {
@@ -688,6 +706,14 @@ int32_t MwBroadcastAddStreamEventListener(MwHandle broadcast, uint32_t urlLength
   if (target.compare(0, 4, "dvb:") != 0) return 0;
   int32_t tag;
   bool here = sim::NamesCurrentService(target, &tag);
+  // A path names a stream event object: its events come on the component its
+  // tap names; an object the carousel lacks gives the error event.
+  int32_t object_tag = -1;
+  switch (sim::FindStreamEventObject(target, &object_tag)) {
+    case sim::kObject: tag = object_tag; break;
+    case sim::kNoObject: here = false; break;
+    case sim::kNoPath: break;
+  }
   return Register(broadcast, sim::Text(&name_text), kind, tag, !here) ? 1 : 0;
 }
 
@@ -696,8 +722,11 @@ int32_t MwBroadcastAddStreamEventXml(MwHandle broadcast, const char* bytes, uint
   MwString xml_text{count, bytes}, name_text{nameLength, name};
   SIM_CALL(int32_t, broadcast, &xml_text, &name_text, kind);
   std::string event = sim::Text(&name_text);
-  if (event.empty() || !DescriptionDeclares(sim::Text(&xml_text), event)) return 0;
-  return Register(broadcast, event, kind) ? 1 : 0;
+  std::string xml = sim::Text(&xml_text);
+  if (event.empty() || !DescriptionDeclares(xml, event)) return 0;
+  // The events come on the component the description names; one the
+  // service does not carry gives the error event.
+  return Register(broadcast, event, kind, DescribedTag(xml, event)) ? 1 : 0;
 }
 
 void MwBroadcastRemoveStreamEventListener(MwHandle broadcast, uint32_t nameLength,

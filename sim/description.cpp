@@ -291,6 +291,13 @@ MwHandle Channel(const json& j, size_t index) {
   if (j.contains("ait"))
     for (const json& a : j.at("ait")) c->ait.push_back(Application(a));
   if (j.contains("carousel")) c->carousel = Located(Str(j, "carousel"));
+  c->carousel_tag = Int(j, "carouselTag", -1);
+  if (j.contains("streamEventObjects"))
+    for (const json& o : j.at("streamEventObjects")) {
+      std::string path = Str(o, "path");
+      if (path.empty()) throw std::runtime_error("a stream event object has no path");
+      c->stream_event_objects[path[0] == '/' ? path : "/" + path] = Int(o, "componentTag", -1);
+    }
   if (j.contains("protected")) {
     const json& p = j.at("protected");
     c->protected_service = p.is_object() || (p.is_boolean() && p.get<bool>());

@@ -73,6 +73,10 @@ struct ChannelObject : Object {
   std::vector<StreamEventSpec> stream_events;  // events the channel's carousel carries
   std::vector<AitEntry> ait;                    // the applications the service signals
   std::string carousel;  // folder its dvb:// files are served from (absolute), empty: none
+  int32_t carousel_tag = -1;  // the component that carries the carousel; -1: any
+  // The carousel's stream event objects: path ("/events") to the component
+  // tag of the elementary stream that carries their events (the object's tap).
+  std::map<std::string, int32_t> stream_event_objects;
   // A service whose content is protected: presenting it without rights
   // raises a DRM rights error (no licence).
   bool protected_service = false;
@@ -200,6 +204,14 @@ bool FindAitEntry(const std::string& org_app, AitEntry* out);
 // (hexadecimal), dvb://current or dvb://current.ait, with anything after
 // it; `tag` gets the component tag or -1.
 bool NamesCurrentService(const std::string& url, int32_t* tag);
+// A dvb: URL of the current service with a path names a stream event object
+// of its carousel, when the service describes such objects: kObject with
+// `tag` set to the component that carries the object's events, or
+// kNoObject when the carousel (at the URL's component) has no such object.
+// kNoPath for a URL without a path or a service that describes none: the
+// URL's own component tag counts.
+enum StreamEventObject { kNoPath, kObject, kNoObject };
+StreamEventObject FindStreamEventObject(const std::string& url, int32_t* tag);
 // The file for `url` (a dvb:// URL of the current service, see above) in
 // the current channel's carousel folder; empty when the URL names another
 // service or no carousel, or leaves the folder.

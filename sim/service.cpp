@@ -60,6 +60,22 @@ bool NamesCurrentService(const std::string& url, int32_t* tag) {
   return n >= 3 && ids[0] == channel->onid && ids[1] == channel->tsid && ids[2] == channel->sid;
 }
 
+StreamEventObject FindStreamEventObject(const std::string& url, int32_t* tag) {
+  int32_t url_tag;
+  if (!NamesCurrentService(url, &url_tag)) return kNoPath;
+  size_t slash = url.find('/', 6);
+  std::string path = slash == std::string::npos ? "" : url.substr(slash);
+  path = path.substr(0, path.find_first_of(";?#"));
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  auto channel = Current();
+  if (path.empty() || path == "/" || !channel || channel->stream_event_objects.empty()) return kNoPath;
+  if (channel->carousel_tag >= 0 && url_tag >= 0 && url_tag != channel->carousel_tag) return kNoObject;
+  auto it = channel->stream_event_objects.find(path);
+  if (it == channel->stream_event_objects.end()) return kNoObject;
+  *tag = it->second;
+  return kObject;
+}
+
 std::string CarouselFile(const std::string& url) {
   int32_t tag;
   // dvb://current.ait/ORG.APP names an application, not a file.

@@ -163,5 +163,33 @@ TEST_F(ReceiverTest, ProgrammesCarryTheirDescribedDescriptors) {
   EXPECT_NE(std::string::npos, error.find("hexadecimal")) << error;
 }
 
+// A stream-event URL's path names an object of the carousel, whose tap names
+// the component that carries its events; a description names the component
+// in its dsmcc_object. Anything the service does not carry: one error event.
+TEST_F(ReceiverTest, StreamEventsComeOnTheComponentTheirObjectNames) {
+  ASSERT_TRUE(sim::LoadDescriptionText(R"({"channels": [{"name": "One", "onid": 1, "tsid": 2, "sid": 3,
+      "carouselTag": 11, "streamEventObjects": [{"path": "events", "componentTag": 12}],
+      "streamEvents": [{"name": "tick", "componentTag": 12, "delayMs": 1}]}]})", nullptr));
+  MwHandle b = MwBroadcastCreate(nullptr);
+  MwBroadcastBindToCurrentChannel(b);
+  sim::WaitIdle(100);
+  ClearEvents();
+  const char* const urls[] = {"dvb://1.2.3.b/events", "dvb://1.2.3.c/events", "dvb://1.2.3.b/other"};
+  uint32_t kind = 25;
+  for (const char* url : urls) MwBroadcastAddStreamEventListener(b, strlen(url), url, 4, "tick", kind++);
+  for (int tag : {12, 13}) {
+    std::string xml = "<dsmcc_object component_tag=\"" + std::to_string(tag) + "\"><stream_event name=\"tick\"/>";
+    MwBroadcastAddStreamEventXml(b, xml.data(), static_cast<uint32_t>(xml.size()), 4, "tick", kind++);
+  }
+  sim::WaitIdle(100);
+  std::vector<std::string> seen;
+  for (const Event& e : Named("Broadcast_onStreamEvent"))
+    seen.push_back(std::to_string(e.args[1]) + (e.args[2] == 1 ? " trigger" : " error"));
+  std::sort(seen.begin(), seen.end());
+  EXPECT_EQ((std::vector<std::string>{"25 trigger", "26 error", "27 error", "28 trigger", "29 error"}), seen)
+      << "the object's component; another carousel; no such object; the description's component; another";
+  MwObjectRelease(b);
+}
+
 }  // namespace
 }  // namespace simtest

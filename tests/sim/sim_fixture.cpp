@@ -63,6 +63,9 @@ const MwEventCallbacks kTable = [] {
                                     MwHandle issuer) {
     Record("Broadcast_onDRMRightsError", {b, error}, {Take(content), Take(system), Take(issuer)});
   };
+  t.Broadcast_onStreamEvent = [](MwHandle b, uint32_t kind, const MwStreamEvent* e) {
+    Record("Broadcast_onStreamEvent", {b, kind, e->status}, {std::string(e->name, e->nameLength)});
+  };
   return t;
 }();
 
