@@ -97,8 +97,9 @@ ObjectRecord* CreateAudioMp4(NPP instance, const ElementAttributes& a) {
   return CreateAudio(instance, kKindAudioMp4, a);
 }
 void DestroyPlayer(ObjectRecord* r) { AVControlDestroy(static_cast<AVControlRecord*>(r)); }
+RecordList& Players() { return g_players; }
 void SetWindow(ObjectRecord* r, NPWindow* window) {
-  AVControlSetWindow(static_cast<AVControlRecord*>(r), window);
+  QueuePlacement<AVControlRecord, Players, AVControlSetWindow>(static_cast<AVControlRecord*>(r), window);
 }
 void Paint(ObjectRecord* r, const uint16_t rect[4]) {
   AVControlPaint(static_cast<AVControlRecord*>(r), rect);

@@ -70,7 +70,7 @@ ObjectRecord* CreateInstance(NPP instance, const ElementAttributes& attributes) 
 }
 void DestroyBroadcast(ObjectRecord* r) { BroadcastDestroy(static_cast<BroadcastRecord*>(r)); }
 void SetWindow(ObjectRecord* r, NPWindow* window) {
-  BroadcastSetWindow(static_cast<BroadcastRecord*>(r), window);
+  QueuePlacement<BroadcastRecord, BroadcastList, BroadcastSetWindow>(static_cast<BroadcastRecord*>(r), window);
 }
 void Paint(ObjectRecord* r, const uint16_t rect[4]) {
   BroadcastPaint(static_cast<BroadcastRecord*>(r), rect);

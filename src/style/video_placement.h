@@ -6,7 +6,9 @@
 
 #include <cstdint>
 
+#include "frame/record.h"
 #include "middleware/types.h"
+#include "npapi/browser.h"
 #include "npapi/npapi.h"
 
 struct VideoPlacement {
@@ -14,7 +16,37 @@ struct VideoPlacement {
   int16_t screenX, screenY;  // position last sent to the middleware
   int16_t paintX, paintY;    // the position scaled to the browser window
   uint16_t width, height;    // size last sent to the middleware
+  NPWindow* window;          // the browser's latest window, placed from its queue
+  bool queued;               // a placement is queued with the browser
 };
+
+// NPP_SetWindow comes whenever the browser lays the document out, also while
+// it tears the document down (a page being replaced): reading the element's
+// offsets then re-enters a dying document, and the browser crashes. So the
+// placement runs from the browser's queue a moment later, once for any
+// number of windows given before it, for a record still on the kind's list:
+// a destroyed instance's queued call is dropped by the browser or finds no
+// record, and nothing was allocated for it. The browser keeps an NPWindow
+// until its next NPP_SetWindow or NPP_Destroy.
+template <class R, RecordList& (*List)(), void (*Place)(R*, NPWindow*)>
+void PlaceQueued(void* instance) {
+  for (ObjectRecord* o = List().head(); o; o = o->next) {
+    if (o->instance != instance) continue;
+    R* r = static_cast<R*>(o);
+    if (!r->place.queued) return;
+    r->place.queued = false;
+    Place(r, r->place.window);
+    return;
+  }
+}
+template <class R, RecordList& (*List)(), void (*Place)(R*, NPWindow*)>
+void QueuePlacement(R* r, NPWindow* window) {
+  if (!r) return;
+  r->place.window = window;
+  if (r->place.queued) return;
+  r->place.queued = true;
+  NPN_PluginThreadAsyncCall(r->instance, PlaceQueued<R, List, Place>, r->instance);
+}
 
 // The element at (x, y) with the given style size: the position is scaled
 // to the browser's window where a size is known and differs from the

@@ -251,6 +251,8 @@ TEST_F(AVControlTest, PlacementFullScreenAndTheClipRectangle) {
   window.height = 180;
   window.clipRect = NPRect{0, 0, 180, 320};
   plugin_funcs_.setwindow(npp_, &window);
+  EXPECT_EQ(0, State().width) << "placed from the browser's queue, not inside NPP_SetWindow";
+  host::Pump();
   EXPECT_EQ(40, State().x);
   EXPECT_EQ(30, State().y);
   EXPECT_EQ(320, State().width);

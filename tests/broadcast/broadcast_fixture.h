@@ -69,13 +69,17 @@ class BroadcastTest : public OrvaneTest {
     sim::WaitIdle();
     return host::Pump();
   }
-  void SetWindow(uint32_t width, uint32_t height, NPRect clip) {
-    NPWindow window = {};
-    window.width = width;
-    window.height = height;
-    window.clipRect = clip;
-    plugin_funcs_.setwindow(npp_, &window);
+  // NPP_SetWindow with the browser's window (kept, as a browser keeps it),
+  // then the browser's queue runs: the placement comes from there.
+  void SetWindow(uint32_t width, uint32_t height, NPRect clip, bool pump = true) {
+    window_ = NPWindow();
+    window_.width = width;
+    window_.height = height;
+    window_.clipRect = clip;
+    plugin_funcs_.setwindow(npp_, &window_);
+    if (pump) host::Pump();
   }
+  NPWindow window_ = {};
   std::string StyleRect() {
     return host::StyleValue(page_, "left") + " " + host::StyleValue(page_, "top") + " " +
            host::StyleValue(page_, "width") + " " + host::StyleValue(page_, "height");

@@ -54,6 +54,33 @@ TEST_F(BroadcastWindowTest, RectangleIsSentOnlyWhenItChanges) {
   EXPECT_EQ("0,0,1280,720", Painted()) << "full screen paints from the origin";
 }
 
+// NPP_SetWindow may come while the browser tears the document down: the
+// element is read only from the browser's queue, once for several windows,
+// and never for an instance destroyed before the queue ran, whether the
+// browser drops its queued calls or runs them.
+TEST_F(BroadcastWindowTest, PlacementRunsFromTheQueueOnceForSeveralWindows) {
+  SetWindow(320, 180, NPRect{0, 0, 180, 320}, false);
+  SetWindow(320, 180, NPRect{0, 0, 180, 320}, false);
+  EXPECT_EQ(0u, sim::CountCalls("MwBroadcastSetVideoRect")) << "nothing inside NPP_SetWindow";
+  EXPECT_EQ(1u, host::Pending()) << "one placement queued for both windows";
+  host::Pump();
+  EXPECT_EQ(1u, sim::CountCalls("MwBroadcastSetVideoRect"));
+}
+
+TEST_F(BroadcastWindowTest, NoPlacementForAnInstanceDestroyedBeforeTheQueueRan) {
+  for (bool dropped : {true, false}) {
+    SCOPED_TRACE(dropped ? "the browser drops the queued call" : "the browser runs it anyway");
+    TearDown();
+    SetUp();
+    host::DropCallsOfDestroyedInstances(dropped);
+    SetWindow(320, 180, NPRect{0, 0, 180, 320}, false);
+    DestroyPlugin(npp_);
+    host::Pump();
+    EXPECT_EQ(0u, sim::CountCalls("MwBroadcastSetVideoRect"));
+    host::DropCallsOfDestroyedInstances(true);
+  }
+}
+
 TEST_F(BroadcastWindowTest, PaintIsScaledClampedAndGatedByThePlayState) {
   // The browser's window is twice the element's size: positions scale.
   SetWindow(640, 360, NPRect{20, 10, 100, 200});
