@@ -11,34 +11,13 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 failed=0
 
-"$runner" --result --timeout 2 --junit "$work/report.xml" "$here/runaway.html" >"$work/log" 2>&1
-code=$?
-if [ "$code" -ne 1 ] || ! grep -q "the page's script did not return within the time limit of 2 s" "$work/log" ||
-  ! grep -q "<failure" "$work/report.xml"; then
-  cat "$work/log"
-  echo "FAILED: a runaway script: exit code $code"
-  failed=1
-else
-  echo "ok: a runaway script ends the run at its time limit (exit code 1, JUnit failure)"
-fi
+source "$here/../expect.sh"
 
-"$runner" --result --timeout 8 "$here/huge_element.html" >"$work/log" 2>&1
-code=$?
-if [ "$code" -ne 0 ]; then
-  cat "$work/log"
-  echo "FAILED: huge plug-in elements: exit code $code"
-  failed=1
-else
-  echo "ok: huge plug-in elements paint and the page passes"
-fi
-
-"$runner" --help >"$work/log" 2>&1
-code=$?
-if [ "$code" -ne 0 ] || ! grep -q "^Usage:" "$work/log"; then
-  cat "$work/log"
-  echo "FAILED: --help: exit code $code"
-  failed=1
-else
-  echo "ok: --help prints the usage"
-fi
+expect 1 "the page's script did not return within the time limit of 2 s" \
+  "a runaway script ends the run at its time limit" \
+  "$runner" --result --timeout 2 --junit "$work/report.xml" "$here/runaway.html"
+grep -q "<failure" "$work/report.xml" || { echo "FAILED: the JUnit report shows no failure"; failed=1; }
+expect 0 "the page passed" "huge plug-in elements paint and the page passes" \
+  "$runner" --result --timeout 8 "$here/huge_element.html"
+expect 0 "^Usage:" "--help prints the usage" "$runner" --help
 exit $failed

@@ -13,33 +13,21 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 failed=0
 
-# expect CODE TEXT WHAT RUNNER-ARGS...: the run ends with CODE and logs TEXT.
-expect() {
-  local code=$1 text=$2 what=$3
-  shift 3
-  "$runner" --timeout 8 "$@" >"$work/log" 2>&1
-  local got=$?
-  if [ "$got" -ne "$code" ] || ! grep -q -- "$text" "$work/log"; then
-    cat "$work/log"
-    echo "FAILED: $what: exit code $got (expected $code), log must contain \"$text\""
-    failed=1
-  else
-    echo "ok: $what (exit code $got)"
-  fi
-}
+source "$here/../expect.sh"
 
 expect 1 "1 middleware reference(s) still held" "a held reference fails a --result run" \
-  --plugin "$fault_plugin" --result "file://$here/fault.html?held"
+  "$runner" --timeout 8 --plugin "$fault_plugin" --result "file://$here/fault.html?held"
 expect 1 "1 release error(s)" "an over-release fails a --result run" \
-  --plugin "$fault_plugin" --result "file://$here/fault.html?over-release"
+  "$runner" --timeout 8 --plugin "$fault_plugin" --result "file://$here/fault.html?over-release"
 expect 1 "still held" "a held reference fails a --junit run" \
-  --plugin "$fault_plugin" --junit "$work/report.xml" --stop-on PASS "file://$here/fault.html?held"
+  "$runner" --timeout 8 --plugin "$fault_plugin" --junit "$work/report.xml" --stop-on PASS "file://$here/fault.html?held"
 grep -q "<failure" "$work/report.xml" || { echo "FAILED: the JUnit report shows no failure"; failed=1; }
 expect 1 "release error" "an over-release fails an --expect-console run" \
-  --plugin "$fault_plugin" --expect-console PASS --stop-on PASS "file://$here/fault.html?over-release"
+  "$runner" --timeout 8 --plugin "$fault_plugin" --expect-console PASS --stop-on PASS "file://$here/fault.html?over-release"
 expect 0 "0 middleware reference(s) still held, 0 release error(s)" "a page without the fault passes" \
-  --plugin "$fault_plugin" --result "$here/clean.html"
-expect 1 "came more than once: tick" "an event once too often fails the page" --result "$here/extra_event.html"
+  "$runner" --timeout 8 --plugin "$fault_plugin" --result "$here/clean.html"
+expect 1 "came more than once: tick" "an event once too often fails the page" \
+  "$runner" --timeout 8 --result "$here/extra_event.html"
 
 # A window closed before the page reported gives no result (exit code 2).
 "$runner" --timeout 20 --result "$here/no_result.html" >"$work/log" 2>&1 &
