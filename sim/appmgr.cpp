@@ -129,6 +129,8 @@ void MwApplicationHide(MwHandle application) {
   if (auto a = App(application)) a->visible = false;
 }
 
+}  // extern "C"
+
 namespace {
 
 // Every application manager raises its load error.
@@ -164,6 +166,8 @@ bool Resolve(std::string* url) {
 }
 
 }  // namespace
+
+extern "C" {
 
 MwHandle MwApplicationCreateApplication(MwHandle application, const MwString* url,
                                         uint8_t createChild) {
