@@ -56,13 +56,10 @@ class Sequence : public QObject {
   // failed.
   void Hung() {
     if (results_.isEmpty()) return;
-    PageResult& result = results_.last();
-    result.code = 1;
-    result.why = QString("the page's script did not return within the time limit of %1 s")
-                     .arg(options_.timeout_ms / 1000.0);
-    result.seconds = clock_.nsecsElapsed() / 1e9;
-    runlog::Line("run", result.why);
-    runlog::Capture(nullptr);
+    QString why = QString("the page's script did not return within the time limit of %1 s")
+                      .arg(options_.timeout_ms / 1000.0);
+    runlog::Line("run", why);
+    Record(1, why);
   }
   void Next() {
     watchdog_->Arm(0);
@@ -85,12 +82,16 @@ class Sequence : public QObject {
   }
 
  private:
-  void Done(Runner* runner, int code) {
+  // The page's result; its log is complete.
+  void Record(int code, const QString& why) {
     PageResult& result = results_.last();
     result.code = code;
-    result.why = runner->Why();
+    result.why = why;
     result.seconds = clock_.nsecsElapsed() / 1e9;
     runlog::Capture(nullptr);
+  }
+  void Done(Runner* runner, int code) {
+    Record(code, runner->Why());
     runner->deleteLater();
     QTimer::singleShot(0, this, [this] { Next(); });
   }

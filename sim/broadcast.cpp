@@ -340,32 +340,25 @@ bool Register(MwHandle h, const std::string& name, uint32_t kind, int32_t tag = 
   return true;
 }
 
+// Where a stream-event description declares the event `name` (an attribute
+// name="..." or '...' with that value), npos when it does not.
+size_t DeclaredAt(const std::string& xml, const std::string& name) {
+  size_t at = std::string::npos;
+  for (char quote : {'"', '\''}) at = std::min(at, xml.find(std::string("name=") + quote + name + quote));
+  return at;
+}
+
 // The component tag of the object that holds the event `name` in a
 // stream-event description (its dsmcc_object's component_tag), -1 for none.
 int32_t DescribedTag(const std::string& xml, const std::string& name) {
-  size_t at = std::string::npos;
-  for (char quote : {'"', '\''}) {
-    size_t found = xml.find(std::string("name=") + quote + name + quote);
-    if (found < at) at = found;
-  }
-  if (at == std::string::npos) return -1;
-  size_t attribute = xml.rfind("component_tag=", at);
+  size_t at = DeclaredAt(xml, name);
+  size_t attribute = at == std::string::npos ? at : xml.rfind("component_tag=", at);
   if (attribute == std::string::npos) return -1;
   size_t value = attribute + 14;
   if (value < xml.size() && (xml[value] == '"' || xml[value] == '\'')) value++;
   char* end = nullptr;
   long tag = strtol(xml.c_str() + value, &end, 0);
   return end == xml.c_str() + value || tag < 0 || tag > 255 ? -1 : static_cast<int32_t>(tag);
-}
-
-// True when a stream-event description declares the event `name`: an
-// attribute name="..." (or '...') with that value.
-bool DescriptionDeclares(const std::string& xml, const std::string& name) {
-  for (char quote : {'"', '\''}) {
-    std::string needle = std::string("name=") + quote + name + quote;
-    if (xml.find(needle) != std::string::npos) return true;
-  }
-  return false;
 }
 
 void SelectType(MwHandle h, int32_t type, bool select) {
@@ -723,7 +716,7 @@ int32_t MwBroadcastAddStreamEventXml(MwHandle broadcast, const char* bytes, uint
   SIM_CALL(int32_t, broadcast, &xml_text, &name_text, kind);
   std::string event = sim::Text(&name_text);
   std::string xml = sim::Text(&xml_text);
-  if (event.empty() || !DescriptionDeclares(xml, event)) return 0;
+  if (event.empty() || DeclaredAt(xml, event) == std::string::npos) return 0;
   // The events come on the component the description names; one the
   // service does not carry gives the error event.
   return Register(broadcast, event, kind, DescribedTag(xml, event)) ? 1 : 0;
