@@ -36,20 +36,16 @@ void DeliverPlayState(ObjectRecord* target, PendingEvent* ev) {
   DeliverToListeners(target, ev->event, args, 2);
 }
 
-// Channel-change events: the channel object (Null without a channel), and
-// for errors the error state.
+// Channel-change events: the channel object (for a 0 channel, one whose
+// reads fail), and for errors the error state.
 void DeliverChannel(ObjectRecord* target, PendingEvent* ev) {
   if (!target) return;
   NPVariant args[2];
   MwHandle channel = ev->owned[0];
   ev->owned[0] = 0;
-  if (channel) {
-    NPObject* object = ChannelCreate(target->instance, channel);  // takes the handle over
-    if (!object) return;
-    SetObject(&args[0], object);
-  } else {
-    SetNull(&args[0]);
-  }
+  NPObject* object = ChannelCreate(target->instance, channel);  // takes the handle over
+  if (!object) return;
+  SetObject(&args[0], object);
   uint32_t count = ev->event == kEventChannelChangeError ? 2 : 1;
   if (count > 1) SetIntOrVoid(&args[1], ev->numbers[0]);
   DeliverToListeners(target, ev->event, args, count);

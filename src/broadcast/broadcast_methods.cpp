@@ -40,7 +40,7 @@ void ChannelResult(NPP instance, MwHandle channel, NPVariant* result) {
 
 bool GetChannelConfig(BroadcastRecord* r, NPVariant* result) {
   MwHandle config = MwBroadcastGetChannelConfig(r->handle);
-  SetObjectOrNull(result, config ? ChannelConfigCreate(r->instance, config) : nullptr);
+  SetObjectOrNull(result, ChannelConfigCreate(r->instance, config));
   return true;
 }
 

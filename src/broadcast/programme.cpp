@@ -142,29 +142,13 @@ struct Programme : HandedOutKind<Programme> {
   }
 };
 
-// The object for `programme`; *shared tells whether an existing object was
-// returned (the handle then stays the caller's).
-NPObject* Create(NPP instance, MwHandle programme, bool* shared) {
-  NPObject* object = SharedObject<Programme>(programme);
-  *shared = object != nullptr;
-  return object ? object : NewHandedOut<Programme>(instance, programme, kLeaveOnFailure);
-}
-
 }  // namespace
 
 NPObject* ProgrammeCreate(NPP instance, MwHandle programme) {
-  bool shared;
-  // A shared object leaves the handle with the caller: intended.
-  return Create(instance, programme, &shared);
-}
-
-NPObject* ProgrammeCreateTakingHandle(NPP instance, MwHandle programme) {
-  bool shared;
-  NPObject* object = Create(instance, programme, &shared);
-  if ((shared || !object) && programme) MwObjectRelease(programme);
-  return object;
+  if (NPObject* shared = SharedObject<Programme>(programme)) return shared;
+  return NewHandedOut<Programme>(instance, programme, kReleaseOnFailure);
 }
 
 MwHandle ProgrammeGetHandle(NPObject* object) { return HandleOf<Programme>(object); }
 
-extern const CollectionItemKind kProgrammeItems = {ProgrammeCreateTakingHandle, true, nullptr, 0};
+extern const CollectionItemKind kProgrammeItems = {ProgrammeCreate, true, nullptr, 0};

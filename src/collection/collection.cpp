@@ -136,15 +136,14 @@ void CollectionElementToResult(NPP instance, uint32_t kind, MwHandle element, NP
     NP_UtilsHbbtvStringToResult(element, result);
     return;
   }
-  // Media assets and search results are only counted: no element objects.
-  if (kind >= kCollectionMediaAssets) {
-    MwObjectRelease(element);
-    return;
-  }
+  // Media assets and search results are only counted: no element objects,
+  // and their elements stay the middleware's.
+  if (kind >= kCollectionMediaAssets) return;
   const CollectionItemKind* info = ItemKind(kind);
   ItemConstructor create = info ? info->create : nullptr;
   NPObject* object = create ? create(instance, element) : nullptr;
-  if (!object && !(create && info->create_takes_handle)) MwObjectRelease(element);
+  // A constructor that could not make its record lets go of the element.
+  if (!object && create && !info->create_takes_handle) MwObjectRelease(element);
   SetObjectOrNull(result, object);
 }
 

@@ -116,6 +116,7 @@ void DrmAgent_onDRMMessageResult(MwHandle agent, MwHandle messageId, MwHandle re
   PendingEvent ev = EventFor(g_agents, DeliverMessageResult, agent, kMessageResult);
   ev.owned[0] = messageId;
   ev.owned[1] = resultMessage;
+  ev.keep_if_unknown = true;  // for an agent the plug-in never had, the strings stay the middleware's
   ev.numbers[0] = resultCode;
   PostEvent(ev);
 }
@@ -124,5 +125,6 @@ void DrmAgent_onDRMSystemMessage(MwHandle agent, MwHandle message, MwHandle drmS
   PendingEvent ev = EventFor(g_agents, DeliverSystemMessage, agent, kMessageResult);
   ev.owned[0] = message;
   ev.owned[1] = drmSystemId;
+  ev.keep_if_unknown = true;
   PostEvent(ev);
 }

@@ -11,12 +11,20 @@
 namespace {
 
 std::atomic<PendingEvent*> g_pending{nullptr};
+// Browser's thread: events taken from g_pending, oldest first, waiting for
+// their delivery.
+PendingEvent* g_queue = nullptr;
+PendingEvent** g_queue_tail = &g_queue;
 std::atomic<NPP> g_post_instance{nullptr};
 // Browser's thread: the lists of handed-out kinds that receive events.
 constexpr int kMaxWatchedLists = 4;
 RecordList* g_watched[kMaxWatchedLists];
 
+// What an event owns, unless it stays the middleware's.
 void Release(PendingEvent* ev) {
+  if (ev->taken) MwObjectRelease(ev->taken);
+  ev->taken = 0;
+  if (ev->keep_if_unknown && !ev->target_known) return;
   for (MwHandle& h : ev->owned) {
     if (h) MwObjectRelease(h);
     h = 0;
@@ -34,8 +42,9 @@ void DropAll() {
   }
 }
 
-// Runs every event waiting now, in the order they were posted.
-void Drain(void*) {
+// Browser's thread: moves the events posted so far to the end of g_queue,
+// in the order they were posted.
+void TakePending() {
   PendingEvent* batch = g_pending.exchange(nullptr);
   PendingEvent* ordered = nullptr;
   while (batch) {
@@ -44,11 +53,24 @@ void Drain(void*) {
     ordered = batch;
     batch = next;
   }
-  while (ordered) {
-    PendingEvent* ev = ordered;
-    ordered = ev->next;
+  *g_queue_tail = ordered;
+  while (*g_queue_tail) g_queue_tail = &(*g_queue_tail)->next;
+}
+
+PendingEvent* PopQueued() {
+  PendingEvent* ev = g_queue;
+  if (ev && !(g_queue = ev->next)) g_queue_tail = &g_queue;
+  return ev;
+}
+
+// Runs every event waiting now, in the order they were posted. A listener
+// may run a nested drain; both take from the one queue.
+void Drain(void*) {
+  TakePending();
+  while (PendingEvent* ev = PopQueued()) {
     ObjectRecord* head = ev->list->head();
     bool found = head && head->handle == ev->target && !head->orphaned;
+    if (!ev->target_known) ev->target_known = found || ev->list->FindByHandle(ev->target);
     ev->deliver(found ? head : nullptr, ev);
     Release(ev);
     NPN_MemFree(ev);
@@ -181,11 +203,34 @@ void OrphanHandedOut(RecordList* list, NPP instance) {
 
 }  // namespace
 
+void EventsTargetGoing(RecordList* list, MwHandle target) {
+  TakePending();
+  for (PendingEvent* ev = g_queue; ev; ev = ev->next)
+    if (ev->list == list && ev->target == target) ev->target_known = true;
+}
+
+bool EventsHandOver(EventDelivery deliver, MwHandle handle) {
+  TakePending();
+  for (PendingEvent* ev = g_queue; ev; ev = ev->next) {
+    if (ev->deliver == deliver && ev->borrowed == handle && !ev->taken) {
+      ev->taken = handle;
+      return true;
+    }
+  }
+  return false;
+}
+
 void EventsInstanceDestroyed(NPP instance, NPP next) {
   for (RecordList* list : g_watched)
     if (list) OrphanHandedOut(list, instance);
   NPP expected = instance;
   if (!g_post_instance.compare_exchange_strong(expected, next)) return;
+  if (!next) {  // nothing left to deliver to: the queue goes too
+    while (PendingEvent* ev = PopQueued()) {
+      Release(ev);
+      NPN_MemFree(ev);
+    }
+  }
   // Calls already asked of the instance that goes may never run.
   if (!g_pending.load()) return;
   AskForDrain();

@@ -36,9 +36,12 @@ struct PendingEvent {
   uint32_t event;         // the listeners' event id
   MwHandle owned[3];      // middleware handles the event owns (strings, channels)
   MwHandle borrowed;      // a handle the event only names
+  MwHandle taken;         // `borrowed`, handed over by the plug-in (EventsHandOver)
   int32_t numbers[3];
   float real;
   uint32_t extra;         // bytes of kind-specific data after the record
+  bool keep_if_unknown;   // no object ever had `target`: `owned` stays the middleware's
+  bool target_known;      // an object had `target` when the event was posted or since
 };
 
 // The start of a pending event for the object with `target` on `list`.
@@ -74,6 +77,15 @@ void DeliverToListeners(ObjectRecord* record, uint32_t event, NPVariant* args, u
 void TakeStringArgument(PendingEvent* event, int i, NPVariant* arg);
 // Frees an argument array's values as the delivery does.
 void NP_UtilsReleaseArguments(NPVariant* args, uint32_t count);
+
+// Browser's thread: the object with `target` on `list` goes. Events waiting
+// for it count it as known (the object was there when they were posted).
+void EventsTargetGoing(RecordList* list, MwHandle target);
+// Browser's thread: the first waiting event delivered by `deliver` that
+// names `handle` as borrowed takes over the plug-in's reference to it (in
+// `taken`, released with the event unless its delivery takes it); false
+// when none waits.
+bool EventsHandOver(EventDelivery deliver, MwHandle handle);
 
 // Browser's thread, from the instance dispatch: the instance that posts the
 // deliveries. A new instance serves when none does; when the serving one

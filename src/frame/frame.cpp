@@ -1,5 +1,7 @@
 #include "frame/frame.h"
 
+#include "frame/events.h"
+
 void FrameFreeRecord(ObjectRecord* r) {
   if (r->object) BindRecord(r->object, nullptr);
   r->object = nullptr;
@@ -14,6 +16,7 @@ bool DestroyInstance(RecordList& list, ObjectRecord* r) {
   if (!r || !list.Remove(r)) return false;
   if (r->handle) {
     MwHandle handle = r->handle;
+    EventsTargetGoing(&list, handle);
     r->handle = 0;
     MwObjectRelease(handle);
   }

@@ -204,10 +204,12 @@ enum HandleOnFailure { kReleaseOnFailure, kLeaveOnFailure };
 
 template <class K, class R = ObjectRecord>
 struct HandedOutKind : KindDefaults<K, R> {
+  // How the record lets go of its handle; a kind may hand it on instead.
+  static void ReleaseHandle(MwHandle handle) { MwObjectRelease(handle); }
   static void Deallocate(NPObject* object) {
     R* r = ScriptClass<K>::RecordOf(object);
     if (!r) return;
-    if (r->handle) MwObjectRelease(r->handle);
+    if (r->handle) K::ReleaseHandle(r->handle);
     K::List().Remove(r);
     NP_UtilsFreeAllEventListeners(r);
     r->object = nullptr;

@@ -36,7 +36,7 @@ NPObject* NP_UtilsAddEventListener(ObjectRecord* record, const NPVariant* listen
 int32_t NP_UtilsRemoveEventListener(ObjectRecord* record, NPObject* object) {
   for (Listener** link = &record->listeners; *link; link = &(*link)->next) {
     Listener* l = *link;
-    if (l->object != object) continue;
+    if (l->object != object || l->event == kSlotEntry) continue;
     *link = l->next;
     int32_t event = static_cast<int32_t>(l->event);
     Free(l);
@@ -70,10 +70,19 @@ void NP_UtilsFreeAllEventListeners(ObjectRecord* record) {
   }
 }
 
+namespace {
+
+Listener** SlotLink(ObjectRecord* record, int slot) {
+  Listener** link = &record->listeners;
+  while (*link && !((*link)->event == kSlotEntry && (*link)->slot == slot)) link = &(*link)->next;
+  return link;
+}
+
+}  // namespace
+
 NPObject* SlotListener(const ObjectRecord* record, int slot) {
-  for (Listener* l = record->listeners; l; l = l->next)
-    if (l->slot == slot) return l->object;
-  return nullptr;
+  Listener* l = *SlotLink(const_cast<ObjectRecord*>(record), slot);
+  return l ? l->object : nullptr;
 }
 
 bool ReadListenerSlot(const ObjectRecord* record, int slot, NPVariant* result) {
@@ -84,15 +93,16 @@ bool ReadListenerSlot(const ObjectRecord* record, int slot, NPVariant* result) {
 }
 
 void WriteListenerSlot(ObjectRecord* record, const EventTable& table, int slot, const NPVariant* value) {
-  if (NPObject* old = SlotListener(record, slot)) {
+  Listener** link = SlotLink(record, slot);
+  if (Listener* old = *link) {
     // The newest registration of that object goes, as removeEventListener
-    // would take it; if that was another one, the slot's own stays listed as
-    // a plain listener.
-    NP_UtilsRemoveEventListener(record, old);
-    for (Listener* l = record->listeners; l; l = l->next)
-      if (l->slot == slot) l->slot = -1;
+    // would take it: possibly one made for another event.
+    *link = old->next;
+    NP_UtilsRemoveEventListener(record, old->object);
+    Free(old);
   }
-  Add(record, value, table.entries[slot].event, slot);
+  NPObject* added = NP_UtilsAddEventListener(record, value, table.entries[slot].event);
+  if (added && !Add(record, value, kSlotEntry, slot)) NP_UtilsRemoveEventListener(record, added);
 }
 
 void AddListenerByType(ObjectRecord* record, const EventTable& table, const MwString& type,

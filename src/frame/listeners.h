@@ -1,8 +1,9 @@
 // The page's event listeners of a script object: registrations made with
 // addEventListener and through the onXxx properties, on one list per record,
-// newest first. A registration made through an onXxx property is marked with
-// the property's slot, so the property reads exactly the registration that
-// is on the list: once any path removes it, the property reads empty.
+// newest first. An onXxx property also keeps the object last set through it
+// in a slot entry on the same list: the slot holds a reference of its own and
+// is called for no event, so it reads back what the page set, whatever path
+// removed the registration since, and never names freed memory.
 #ifndef ORVANE_FRAME_LISTENERS_H
 #define ORVANE_FRAME_LISTENERS_H
 
@@ -13,9 +14,10 @@
 struct Listener {
   Listener* next;
   NPObject* object;  // retained while listed
-  uint32_t event;
-  int32_t slot;      // the onXxx property it was set through; -1 for none
+  uint32_t event;    // kSlotEntry for a slot
+  int32_t slot;      // the onXxx property of a slot entry; -1 for a registration
 };
+constexpr uint32_t kSlotEntry = 0xffffffffu;
 
 // Adds an Object-valued listener for `event`; returns the object, or null
 // (nothing added) for any other value or when memory is short.
@@ -43,14 +45,14 @@ struct EventTable {
 };
 #define ORV_EVENT_TABLE(entries) EventTable{entries, static_cast<int>(sizeof(entries) / sizeof(entries[0]))}
 
-// The listener set through slot `slot`, or null.
+// The object last set through slot `slot`, or null.
 NPObject* SlotListener(const ObjectRecord* record, int slot);
-// The onXxx read: that listener, retained, as an Object; false (and no
+// The onXxx read: that object, retained, as an Object; false (and no
 // value) when the slot is empty.
 bool ReadListenerSlot(const ObjectRecord* record, int slot, NPVariant* result);
-// The onXxx write: the newest registration of the slot's listener goes,
-// then `value` (an object; anything else leaves the slot empty) is added
-// for the slot's event.
+// The onXxx write: the newest registration of the slot's object goes (by
+// pointer, whatever event it is for), then `value` is added for the slot's
+// event and the slot keeps it (an object; anything else empties the slot).
 void WriteListenerSlot(ObjectRecord* record, const EventTable& table, int slot, const NPVariant* value);
 // addEventListener: `type` is compared for its own length with each event
 // type in table order, so a prefix (even the empty one) selects the first

@@ -43,7 +43,6 @@ bool RecordAt(RecordingSchedulerRecord* r, const NPVariant* args, uint32_t count
 
 // The middleware's scheduler goes with the object.
 struct RecordingScheduler : HandleWithObjectKind<RecordingScheduler, RecordingSchedulerRecord> {
-  static constexpr bool kStubResult = false;
   ORV_PROPERTY_TABLE(kPropertyNames)
   ORV_METHOD_TABLE(kMethodNames)
   static RecordList& List() { return g_schedulers; }
@@ -82,7 +81,7 @@ struct RecordingScheduler : HandleWithObjectKind<RecordingScheduler, RecordingSc
       }
       case kCreateProgrammeObject: {
         MwHandle programme = MwRecSchedCreateProgramme(h);
-        SetObjectOrNull(result, programme ? ProgrammeCreateTakingHandle(r->instance, programme) : nullptr);
+        SetObjectOrNull(result, programme ? ProgrammeCreate(r->instance, programme) : nullptr);
         return true;
       }
       default:

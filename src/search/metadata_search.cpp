@@ -43,6 +43,7 @@ struct MetadataSearch : HandedOutKind<MetadataSearch> {
   ORV_PROPERTY_TABLE(kPropertyNames)
   ORV_METHOD_TABLE(kMethodNames)
   static RecordList& List() { return g_searches; }
+  static void ReleaseHandle(MwHandle search) { MetadataSearchLetGo(search); }
 
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
     ObjectRecord* r = Find(object);
@@ -92,12 +93,9 @@ struct MetadataSearch : HandedOutKind<MetadataSearch> {
 NPObject* MetadataSearchCreate(NPP instance, MwHandle search) {
   if (!browser_funcs) return nullptr;
   if (NPObject* shared = SharedObject<MetadataSearch>(search)) return shared;
-  return NewHandedOut<MetadataSearch>(instance, search, kLeaveOnFailure);
-}
-
-NPObject* MetadataSearchCreateTakingHandle(NPP instance, MwHandle search) {
-  bool shared = search && g_searches.FindByHandle(search);
-  NPObject* object = MetadataSearchCreate(instance, search);
-  if ((shared || !object) && search) MwObjectRelease(search);
+  NPObject* object = NewHandedOut<MetadataSearch>(instance, search, kLeaveOnFailure);
+  if (!object && search) MetadataSearchLetGo(search);
   return object;
 }
+
+bool MetadataSearchHeld(MwHandle search) { return search && g_searches.FindByHandle(search); }

@@ -46,12 +46,12 @@ struct SearchManager : InstanceKindBase<SearchManager, SearchManagerRecord> {
         uint32_t target;
         if (count != 1 || !NP_UtilsGetU32BIT(&args[0], &target)) return true;  // no result
         MwHandle search = MwSearchManagerCreateSearch(r->handle, target);
-        SetObjectOrNull(result, search ? MetadataSearchCreateTakingHandle(r->instance, search) : nullptr);
+        SetObjectOrNull(result, MetadataSearchCreate(r->instance, search));
         return true;
       }
       case kGetChannelConfig: {
         MwHandle config = MwSearchManagerGetChannelConfig(r->handle);
-        SetObjectOrNull(result, config ? ChannelConfigCreate(r->instance, config) : nullptr);
+        SetObjectOrNull(result, ChannelConfigCreate(r->instance, config));
         return true;
       }
       case kAddEventListener:
@@ -66,12 +66,18 @@ struct SearchManager : InstanceKindBase<SearchManager, SearchManagerRecord> {
   }
 };
 
-// Browser's thread: the search's object (the live one, or a new one) and the state.
+// Browser's thread: the search's object and the state. The event owns the
+// search handle when the plug-in held none for it (or handed its own over
+// to the event); an event for a manager the plug-in never had owns nothing.
 void DeliverSearch(ObjectRecord* target, PendingEvent* ev) {
-  if (!target) return;
-  MwHandle search = ev->owned[0];
-  ev->owned[0] = 0;
-  NPObject* object = search ? MetadataSearchCreateTakingHandle(target->instance, search) : nullptr;
+  MwHandle search = ev->borrowed;
+  bool owned = ev->taken || (ev->target_known && search && !MetadataSearchHeld(search));
+  ev->taken = 0;
+  if (!target) {  // dropped: as the object made for it would be let go
+    if (owned) MetadataSearchLetGo(search);
+    return;
+  }
+  NPObject* object = MetadataSearchCreate(target->instance, search);
   if (!object) return;
   NPVariant args[2];
   SetObject(&args[0], object);
@@ -93,7 +99,11 @@ void SearchManagerDestroy(SearchManagerRecord* r) { DestroyInstance(g_managers, 
 
 void SearchManager_onMetadataSearch(MwHandle manager, MwHandle search, int32_t state) {
   PendingEvent ev = EventFor(g_managers, DeliverSearch, manager, kMetadataSearch);
-  ev.owned[0] = search;
+  ev.borrowed = search;
   ev.numbers[0] = state;
   PostEvent(ev);
+}
+
+void MetadataSearchLetGo(MwHandle search) {
+  if (!EventsHandOver(DeliverSearch, search)) MwObjectRelease(search);
 }

@@ -109,7 +109,7 @@ TEST_F(DrmAgentTest, ListenerPropertiesReadBackAsStored) {
   v = host::Void();
   EXPECT_FALSE(host::Get(npp_, agent_, "onDRMMessageResult", &v));
   EXPECT_EQ(NPVariantType_Void, v.type);
-  EXPECT_EQ(2u, host::RefCount(f)) << "the test's and the listener list's";
+  EXPECT_EQ(3u, host::RefCount(f)) << "the test's, the listener list's and the property's";
   Drop(f);
 }
 
