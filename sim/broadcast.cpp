@@ -531,7 +531,7 @@ MwHandle MwBroadcastGetProgrammes(MwHandle broadcast) {
   std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
   auto b = Instance(broadcast);
   auto channel = ChannelAt(sim::Rx().current);
-  return b && b->state.bound && channel ? sim::NewList(PresentAndFollowing(*channel)) : 0;
+  return b && b->state.bound && channel ? sim::NewList(PresentAndFollowing(*channel), sim::Lending::kGiveUnlessHeld) : 0;
 }
 
 int32_t MwBroadcastGetRecordingState(MwHandle broadcast) {

@@ -139,7 +139,9 @@ MwHandle MwConfigurationOpen(void* context) {
 MwHandle MwConfigGetPreferences(MwHandle configuration) {
   SIM_CALL(MwHandle, configuration);
   if (!sim::Find<ConfigurationObject>(configuration)) return 0;
-  return sim::Give(Singleton<PreferencesObject>(&g_preferences));
+  // The plug-in holds the current preferences once and lets the earlier
+  // ones go without a release: one preferences object, lent while held.
+  return sim::GiveUnlessHeld(Singleton<PreferencesObject>(&g_preferences));
 }
 
 MwHandle MwConfigGetLocalSystem(MwHandle configuration) {

@@ -14,6 +14,11 @@
 namespace sim {
 namespace {
 
+bool StrictFromEnvironment() {
+  const char* v = getenv("ORVANE_SIM_STRICT");
+  return v && *v && strcmp(v, "0") != 0;
+}
+
 struct Entry {
   std::shared_ptr<Object> object;
   bool persistent = false;
@@ -24,6 +29,7 @@ struct State {
   std::map<MwHandle, Entry> objects;
   MwHandle next_handle = 0x100;  // never reused, not even across resets
   size_t release_errors = 0;
+  bool strict = StrictFromEnvironment();
   std::vector<Call> calls;
   std::map<std::string, int64_t> forced;
   std::map<std::string, std::pair<bool, std::string>> forced_strings;  // op -> (non-null, text)
@@ -138,6 +144,14 @@ MwHandle Give(MwHandle handle) {
   return handle;
 }
 
+MwHandle GiveUnlessHeld(MwHandle handle) {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  auto it = S().objects.find(handle);
+  if (it == S().objects.end()) return 0;
+  if (it->second.refs == 0) it->second.refs = 1;
+  return handle;
+}
+
 std::shared_ptr<Object> Lookup(MwHandle handle) {
   std::lock_guard<std::recursive_mutex> lock(Mutex());
   auto it = S().objects.find(handle);
@@ -167,9 +181,10 @@ std::string Text(const MwString* s) {
   return std::string(s->data, s->length);
 }
 
-MwHandle NewList(std::vector<MwHandle> items) {
+MwHandle NewList(std::vector<MwHandle> items, Lending lending) {
   auto l = std::make_shared<ListObject>();
   l->items = std::move(items);
+  l->lending = lending;
   return Register(l, false);
 }
 
@@ -315,6 +330,19 @@ std::string TypeOf(MwHandle handle) {
   return o ? o->Type() : "";
 }
 
+bool RaiseWhileHeld(MwHandle handle, const std::function<void()>& raise) {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  auto it = S().objects.find(handle);
+  if (it == S().objects.end() || it->second.refs <= 0) return false;
+  raise();
+  return true;
+}
+
+void SetStrictOwnership(bool on) {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  S().strict = on;
+}
+
 int RefsOf(MwHandle handle) {
   std::lock_guard<std::recursive_mutex> lock(Mutex());
   auto it = S().objects.find(handle);
@@ -346,6 +374,12 @@ void ReleaseHandle(MwHandle handle) {
   auto it = S().objects.find(handle);
   if (it == S().objects.end() || it->second.refs <= 0) {
     S().release_errors++;
+    if (S().strict) {
+      fprintf(stderr, "orvane-sim: MwObjectRelease(%u): %s\n", handle,
+              it == S().objects.end() ? "no such handle (never handed out, or already gone)"
+                                      : "the plug-in holds no reference to it");
+      abort();
+    }
     return;
   }
   if (--it->second.refs == 0 && !it->second.persistent) {
@@ -403,7 +437,12 @@ MwHandle MwListGetItem(MwHandle list, uint32_t index) {
   auto l = sim::Find<sim::ListObject>(list);
   if (!l || index >= static_cast<uint32_t>(l->Count())) return 0;
   if (l->of_strings) return sim::NewStringHandle(l->strings[index]);
-  return sim::Give(l->items[index]);
+  switch (l->lending) {
+    case sim::Lending::kGive: return sim::Give(l->items[index]);
+    case sim::Lending::kGiveUnlessHeld: return sim::GiveUnlessHeld(l->items[index]);
+    case sim::Lending::kKeep: return l->items[index];
+  }
+  return 0;
 }
 
 }  // extern "C"

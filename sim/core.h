@@ -31,6 +31,10 @@ std::recursive_mutex& Mutex();
 MwHandle Register(std::shared_ptr<Object> object, bool persistent);
 // One more reference handed out to the plug-in; 0 stays 0.
 MwHandle Give(MwHandle handle);
+// For the handles the plug-in holds at most once (programmes, searches,
+// preferences): a new reference when the plug-in holds none, else the
+// handle is only lent for the call. 0 for an unknown handle.
+MwHandle GiveUnlessHeld(MwHandle handle);
 std::shared_ptr<Object> Lookup(MwHandle handle);
 template <class T>
 std::shared_ptr<T> Find(MwHandle handle) {
@@ -50,14 +54,21 @@ MwHandle NewStringHandleOrNull(const std::string& text);  // 0 for ""
 std::string Text(const MwString* s);  // "" for null
 
 // ---- lists ----
+// How a list's elements are handed out by MwListGetItem.
+enum class Lending {
+  kGive,           // a new reference on each read
+  kGiveUnlessHeld, // as GiveUnlessHeld (programmes)
+  kKeep,           // lent: the elements stay the middleware's (counted-only lists)
+};
 struct ListObject : Object {
-  std::vector<MwHandle> items;       // element handles (given out on each read)
+  std::vector<MwHandle> items;       // element handles
+  Lending lending = Lending::kGive;
   std::vector<std::string> strings;  // elements of a string list
   bool of_strings = false;
   const char* Type() const override { return "list"; }
   int32_t Count() const { return static_cast<int32_t>(of_strings ? strings.size() : items.size()); }
 };
-MwHandle NewList(std::vector<MwHandle> items);         // one reference
+MwHandle NewList(std::vector<MwHandle> items, Lending lending = Lending::kGive);  // one reference
 MwHandle NewStringList(std::vector<std::string> strings);
 
 // ---- call log ----

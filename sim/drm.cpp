@@ -44,9 +44,10 @@ void SendSystemMessages(MwHandle agent) {
     for (const sim::CapabilitySpec::DrmSystemMessage& m : d.system_messages)
       sim::OnSimThread(
           [agent, message = m.message, system = d.system_id] {
-            if (!sim::Find<DrmAgentObject>(agent)) return;  // the agent went away
-            SIM_EMIT(DrmAgent_onDRMSystemMessage, agent, sim::NewStringHandle(message),
-                     sim::NewStringHandle(system));
+            sim::RaiseWhileHeld(agent, [&] {  // not for an agent that went away
+              SIM_EMIT(DrmAgent_onDRMSystemMessage, agent, sim::NewStringHandle(message),
+                       sim::NewStringHandle(system));
+            });
           },
           m.delay_ms);
 }
@@ -75,9 +76,10 @@ MwHandle MwDrmAgentSendMessage(MwHandle agent, const MwString* messageType, cons
     sim::CapabilitySpec::DrmAnswer answer = Answer(sim::Text(messageType), sim::Text(drmSystemId));
     sim::OnSimThread(
         [agent, id, answer] {
-          if (!sim::Find<DrmAgentObject>(agent)) return;  // the agent went away
-          SIM_EMIT(DrmAgent_onDRMMessageResult, agent, sim::NewStringHandle(id),
-                   sim::NewStringHandle(answer.result), answer.code);
+          sim::RaiseWhileHeld(agent, [&] {
+            SIM_EMIT(DrmAgent_onDRMMessageResult, agent, sim::NewStringHandle(id),
+                     sim::NewStringHandle(answer.result), answer.code);
+          });
         },
         5);
   }

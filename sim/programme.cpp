@@ -13,6 +13,18 @@ namespace {
 using sim::ProgrammeObject;
 using Lock = std::lock_guard<std::recursive_mutex>;
 
+// The receiver's media-asset element: the plug-in only counts such lists,
+// so their elements are lent and stay the receiver's.
+struct MediaAsset : sim::Object {
+  const char* Type() const override { return "media-asset"; }
+};
+MwHandle g_media_asset = 0;
+
+MwHandle MediaAssetElement() {
+  if (!sim::Find<MediaAsset>(g_media_asset)) g_media_asset = sim::Register(std::make_shared<MediaAsset>(), true);
+  return g_media_asset;
+}
+
 }  // namespace
 
 extern "C" {
@@ -118,7 +130,7 @@ MwHandle MwProgrammeGetMediaAssets(MwHandle programme) {
   if (!p) return 0;
   Lock lock(sim::Mutex());
   size_t n = p->media_assets > 0 ? static_cast<size_t>(p->media_assets) : 0;
-  return sim::NewStringList(std::vector<std::string>(n, "media-asset"));
+  return sim::NewList(std::vector<MwHandle>(n, MediaAssetElement()), sim::Lending::kKeep);
 }
 
 MwHandle MwProgrammeGetPromotionalContentText(MwHandle programme) {

@@ -244,9 +244,13 @@ std::string SearchQueryDescription(MwHandle search) {
 }
 
 void RaiseMetadataSearch(MwHandle manager, MwHandle search, int32_t state, bool on_sim_thread) {
+  // Whether the plug-in holds the search decides whether it gets a new
+  // reference; the decision and the call are one step under the lock, so a
+  // release by the plug-in comes before or after both.
   auto raise = [manager, search, state] {
+    Lock lock(Mutex());
     if (!Find<SearchManagerObject>(manager)) return;
-    MwHandle given = Give(search);
+    MwHandle given = GiveUnlessHeld(search);
     if (!given) return;
     SIM_EMIT(SearchManager_onMetadataSearch, manager, given, state);
   };
@@ -297,6 +301,7 @@ MwHandle MwSearchGetResult(MwHandle search) {
   auto s = sim::Find<SearchObject>(search);
   if (!s) return 0;
   auto r = std::make_shared<SearchResultsObject>();
+  r->lending = sim::Lending::kKeep;  // the plug-in only counts the results
   r->search = s;
   r->search_handle = search;
   Lock lock(sim::Mutex());

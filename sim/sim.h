@@ -30,6 +30,14 @@ size_t HeldHandles();
 std::string HeldHandlesReport();  // one line per held handle: type and count
 // MwObjectRelease of an unknown handle or of one with no reference left.
 size_t ReleaseErrors();
+// Strict ownership: such a release prints what it released and aborts the
+// process at once (the unit suites run so). Also on when the environment
+// sets ORVANE_SIM_STRICT (to anything but 0).
+void SetStrictOwnership(bool on);
+// Runs `raise` under the simulator's lock when the plug-in holds `handle`
+// (false, nothing run, when it does not): an event raised so cannot cross
+// the plug-in's release of the object it names.
+bool RaiseWhileHeld(MwHandle handle, const std::function<void()>& raise);
 
 // ---- call log -------------------------------------------------------------------
 struct Call {

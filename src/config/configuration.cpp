@@ -125,11 +125,11 @@ NPObject* ConfigurationCreate(NPP instance, MwHandle configuration) {
   Configuration::Properties().Intern();
   NPObject* object = NPN_CreateObject(instance, ScriptClass<Configuration>::Class());
   if (!object) return nullptr;
-  // The new object's preferences replace the current ones.
-  MwHandle previous = g_preferences;
+  // The new object's preferences replace the current ones. The previous
+  // handle is not released: the middleware keeps its preferences and lends
+  // the handle again while the plug-in holds it.
   conf_np_obj = object;
   g_preferences = MwConfigGetPreferences(configuration);
-  if (previous) MwObjectRelease(previous);
   return object;
 }
 

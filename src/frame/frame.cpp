@@ -16,9 +16,11 @@ bool DestroyInstance(RecordList& list, ObjectRecord* r) {
   if (!r || !list.Remove(r)) return false;
   if (r->handle) {
     MwHandle handle = r->handle;
-    EventsTargetGoing(&list, handle);
     r->handle = 0;
     MwObjectRelease(handle);
+    // Events the middleware raised while the plug-in held the handle are
+    // waiting by now; they were for a known object.
+    EventsTargetGoing(&list, handle);
   }
   NP_UtilsFreeAllEventListeners(r);
   FrameFreeRecord(r);

@@ -6,6 +6,7 @@
 void OrvaneTest::SetUp() {
   host::Reset();
   sim::Reset();
+  sim::SetStrictOwnership(true);  // a release the contract does not make stops the suite
   plugin_funcs_ = NPPluginFuncs();
   plugin_funcs_.size = sizeof(NPPluginFuncs);
   init_error_ = NP_Initialize(host::Funcs(), &plugin_funcs_);

@@ -97,7 +97,7 @@ TEST_F(EventsTest, LoopsQueuesAndMediaThatFail) {
   MwObjectRelease(player);
 }
 
-TEST_F(EventsTest, PagingResultsReportsTheSearchWithANewReference) {
+TEST_F(EventsTest, PagingResultsReportsTheSearchLentWhileHeld) {
   MwHandle manager = MwSearchManagerOpen();
   MwHandle search = MwSearchManagerCreateSearch(manager, 1);
   MwHandle results = MwSearchGetResult(search);
@@ -109,6 +109,7 @@ TEST_F(EventsTest, PagingResultsReportsTheSearchWithANewReference) {
   EXPECT_EQ(events[0].args[1], search);
   EXPECT_EQ(events[0].args[2], 0);
   EXPECT_FALSE(events[0].on_test_thread);
+  EXPECT_EQ(1, sim::RefsOf(search)) << "held by the caller: lent";
 
   MwSearchResultsAbort(results);
   MwObjectRelease(search);  // the results keep searching; the report needs the search

@@ -35,7 +35,8 @@ TEST_F(SearchTest, QueriesFilterAndPageTheProgrammes) {
   MwSearchAddChannelConstraint(search, 0);
   MwSearchResultsGetResults(results, 0, 10);
   EXPECT_EQ(MwSearchResultsGetTotalSize(results), 6);
-  for (MwHandle h : {third, results, query, not_news, is_news, all, search, manager}) MwObjectRelease(h);
+  EXPECT_EQ(0, sim::RefsOf(third)) << "result elements are lent";
+  for (MwHandle h : {results, query, not_news, is_news, all, search, manager}) MwObjectRelease(h);
 }
 
 }  // namespace

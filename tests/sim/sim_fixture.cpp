@@ -19,8 +19,8 @@ void Record(const char* name, std::vector<int64_t> args, std::vector<std::string
 const MwEventCallbacks kTable = [] {
   MwEventCallbacks t{};
   t.SearchManager_onMetadataSearch = [](MwHandle manager, MwHandle search, int32_t state) {
+    // The tests hold their searches: the handle is lent.
     Record("SearchManager_onMetadataSearch", {manager, search, state});
-    MwObjectRelease(search);
   };
   t.AVControl_onPlayStateChange = [](MwHandle player) { Record("AVControl_onPlayStateChange", {player}); };
   t.AVControl_onPlayPositionChanged = [](MwHandle player, int32_t position) {

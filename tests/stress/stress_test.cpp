@@ -61,8 +61,13 @@ void FireEvents(const Handles& h, MwHandle channel, std::atomic<int>& running, u
       case 11: cb->Broadcast_onPlaySpeedChanged(b, 2.0f); break;
       case 12: cb->Broadcast_onPlayPositionChanged(b, 1000); break;
       case 13: cb->Broadcast_onDRMRightsError(b, 1, sim::NewString(text), sim::NewString("d"), 0); break;
-      case 14: cb->DrmAgent_onDRMMessageResult(a, sim::NewString("id"), sim::NewString(text), 0); break;
-      default: cb->DrmAgent_onDRMSystemMessage(a, sim::NewString(text), sim::NewString("sys")); break;
+      // Strings for an agent the plug-in does not hold would stay ours.
+      case 14:
+        sim::RaiseWhileHeld(a, [&] { cb->DrmAgent_onDRMMessageResult(a, sim::NewString("id"), sim::NewString(text), 0); });
+        break;
+      default:
+        sim::RaiseWhileHeld(a, [&] { cb->DrmAgent_onDRMSystemMessage(a, sim::NewString(text), sim::NewString("sys")); });
+        break;
     }
   }
   running--;
