@@ -88,7 +88,7 @@ bool SetFullScreen(BroadcastRecord* r, const NPVariant* args, uint32_t count) {
   if (count != 1) return true;
   uint32_t flag = ValueWord(args, count, 0) ? 1 : 0;
   MwBroadcastSetFullScreen(r->handle, flag);
-  if (!r->styleObject) return true;
+  // Without a style object the four writes fail and say so.
   if (flag)
     StyleSetRect(r->instance, r->styleObject, 0, 0, kFullScreenWidth, kFullScreenHeight);
   else

@@ -58,7 +58,7 @@ void LogUnknownProperty(NPIdentifier id) {
 bool BroadcastGetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
   BroadcastRecord* r = BroadcastFind(object);
   if (!r || !r->handle) {
-    ORV_ERROR("Broadcast_GetProperty", 791, "broadcast %p\n", static_cast<void*>(r));
+    ORV_ERROR("Broadcast_GetProperty", 791, "broadcast %p\n", static_cast<void*>(nullptr));  // always null
     return false;
   }
   MwHandle h = r->handle;

@@ -67,10 +67,11 @@ TEST_F(InstanceTest, StubsLeaveTheBrowserNothingUndefined) {
   NPObject* manager = Scriptable(npp);
   NPObject* agent = Scriptable(NewPlugin("application/oipfdrmagent"));
   NPObject* video = Scriptable(NewPlugin("video/broadcast"));
+  NPObject* scheduler = Scriptable(NewPlugin("application/oipfrecordingscheduler"));
   NPVariant config = host::Void(), list = host::Void();
   ASSERT_TRUE(host::Invoke(npp, video, "getChannelConfig", {}, &config));
   ASSERT_TRUE(host::Get(npp, config.value.objectValue, "channelList", &list));
-  for (NPObject* o : {manager, agent, video, list.value.objectValue}) {
+  for (NPObject* o : {manager, agent, video, scheduler, list.value.objectValue}) {
     NPIdentifier garbage_ids[1];
     NPIdentifier* names = garbage_ids;
     uint32_t count = 217;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "host/fixture.h"
+#include "middleware/search.h"
 #include "search/search.h"
 #include "sim/description.h"
 #include "sim/search_sim.h"
@@ -116,6 +117,115 @@ TEST_F(SearchTest, AQueryThatCannotRunAndAbort) {
   std::vector<int32_t> states;
   for (const auto& c : host::Calls(f)) states.push_back(c.args[1].value.intValue);
   EXPECT_EQ((std::vector<int32_t>{4, 4, 3}), states) << "unknown field, a number field with no number, abort";
+  host::Funcs()->releaseobject(f);
+}
+
+}  // namespace
+
+namespace {
+
+// Who holds a search handle: the plug-in holds at most one reference per
+// handle, so an event lends a search whose object lives and gives one
+// whose object does not; strict ownership stops the suite on any release
+// the contract does not make.
+class SearchOwnershipTest : public SearchTest {
+ protected:
+  MwHandle Manager() { return static_cast<SearchManagerRecord*>(npp_->pdata)->handle; }
+  NPObject* NewSearch(MwHandle* handle) {  // the caller owns the object's reference
+    NPVariant v = host::Void();
+    EXPECT_TRUE(host::Invoke(npp_, manager_, "createSearch", {host::Int(1)}, &v));
+    Get(v.value.objectValue, "searchTarget");
+    *handle = static_cast<MwHandle>(std::stoul(sim::CallsTo("MwSearchGetTarget").back().args[0]));
+    return v.value.objectValue;
+  }
+  size_t Releases(MwHandle h) {
+    size_t n = 0;
+    for (const auto& c : sim::CallsTo("MwObjectRelease")) n += c.args[0] == std::to_string(h);
+    return n;
+  }
+  void Deliver() {
+    sim::WaitIdle();
+    host::Pump();
+  }
+};
+
+TEST_F(SearchOwnershipTest, AnEventLendsALiveSearchAndTheObjectIsTheSame) {
+  NPObject* f = host::NewFunction("f");
+  ASSERT_TRUE(host::Set(npp_, manager_, "onMetadataSearch", host::Obj(f)));
+  MwHandle h;
+  NPObject* search = NewSearch(&h);
+  sim::RaiseMetadataSearch(Manager(), h, 7);
+  Deliver();
+  ASSERT_EQ(1u, host::Calls(f).size());
+  EXPECT_EQ(search, host::Calls(f)[0].args[0].value.objectValue);
+  EXPECT_EQ(1, sim::RefsOf(h));
+  EXPECT_EQ(0u, Releases(h));
+  host::Funcs()->releaseobject(search);
+  host::Funcs()->releaseobject(f);
+}
+
+// The object goes while an event for it waits: the event takes the
+// plug-in's reference over and delivers a new object on the same handle.
+TEST_F(SearchOwnershipTest, AnEventWaitingForASearchWhoseObjectWentTakesItsReference) {
+  NPObject* f = host::NewFunction("f");
+  ASSERT_TRUE(host::Set(npp_, manager_, "onMetadataSearch", host::Obj(f)));
+  MwHandle h;
+  NPObject* search = NewSearch(&h);
+  sim::RaiseMetadataSearch(Manager(), h, 8);
+  host::Funcs()->releaseobject(search);
+  EXPECT_EQ(0u, Releases(h));
+  Deliver();
+  ASSERT_EQ(1u, host::Calls(f).size());
+  EXPECT_EQ(8, host::Calls(f)[0].args[1].value.intValue);
+  EXPECT_EQ(0u, Releases(h));
+  EXPECT_EQ(1, sim::RefsOf(h)) << "held by the delivered object (the browser's call record keeps it)";
+  host::Funcs()->releaseobject(f);
+}
+
+TEST_F(SearchOwnershipTest, DroppedEventsReleaseOnlyWhatTheyWereGiven) {
+  NPObject* f = host::NewFunction("f");
+  ASSERT_TRUE(host::Set(npp_, manager_, "onMetadataSearch", host::Obj(f)));
+  const MwEventCallbacks* cb = sim::Callbacks();
+  // A manager the plug-in never had: nothing is released.
+  MwHandle given = MwSearchManagerCreateSearch(Manager(), 2);
+  cb->SearchManager_onMetadataSearch(0xdead, given, 1);
+  Deliver();
+  EXPECT_EQ(1, sim::RefsOf(given));
+  EXPECT_EQ(0u, Releases(given));
+  // A manager that is not the newest of the page: the event is dropped and
+  // a search it was given goes back; a lent one stays.
+  MwHandle lent;
+  NPObject* search = NewSearch(&lent);
+  MwHandle first = Manager();
+  NewPlugin("application/oipfsearchmanager");
+  cb->SearchManager_onMetadataSearch(first, given, 1);
+  cb->SearchManager_onMetadataSearch(first, lent, 1);
+  Deliver();
+  EXPECT_TRUE(host::Calls(f).empty());
+  EXPECT_EQ(1u, Releases(given));
+  EXPECT_EQ(0u, Releases(lent));
+  host::Funcs()->releaseobject(search);
+  host::Funcs()->releaseobject(f);
+}
+
+TEST_F(SearchOwnershipTest, ZeroHandlesGiveObjectsWhoseReadsFail) {
+  NPObject* f = host::NewFunction("f");
+  ASSERT_TRUE(host::Set(npp_, manager_, "onMetadataSearch", host::Obj(f)));
+  sim::Callbacks()->SearchManager_onMetadataSearch(Manager(), 0, 3);
+  Deliver();
+  ASSERT_EQ(1u, host::Calls(f).size()) << "an event with search 0 is delivered";
+  EXPECT_EQ(NPVariantType_Object, host::Calls(f)[0].args[0].type);
+  sim::Force("MwSearchManagerCreateSearch", 0);
+  sim::Force("MwSearchManagerGetChannelConfig", 0);
+  bool ok = true;
+  NPObject* search = Call(manager_, "createSearch", {host::Int(1)}).value.objectValue;
+  ASSERT_NE(nullptr, search);
+  Get(search, "searchTarget", &ok);
+  EXPECT_FALSE(ok);
+  NPObject* config = Call(manager_, "getChannelConfig", {}).value.objectValue;
+  ASSERT_NE(nullptr, config);
+  Get(config, "channelList", &ok);
+  EXPECT_FALSE(ok);
   host::Funcs()->releaseobject(f);
 }
 
