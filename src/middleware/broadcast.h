@@ -29,10 +29,11 @@ MwHandle MwBroadcastGetData(MwHandle broadcast);
 void MwBroadcastSetData(MwHandle broadcast, MwString* data);
 /* The channel presented; new reference or 0. */
 MwHandle MwBroadcastGetCurrentChannel(MwHandle broadcast);
-/* Programme list of the current channel; new reference or 0. */
+/* Programme list of the current channel; new reference or 0. Its programmes are
+ * new references, lent when the plug-in holds them. */
 MwHandle MwBroadcastGetProgrammes(MwHandle broadcast);
 int32_t MwBroadcastGetRecordingState(MwHandle broadcast);
-/* The channel configuration; new reference or 0. */
+/* The channel configuration; new reference or 0 (an object whose reads fail). */
 MwHandle MwBroadcastGetChannelConfig(MwHandle broadcast);
 /* Binds to the channel the receiver presents; events report the outcome. */
 void MwBroadcastBindToCurrentChannel(MwHandle broadcast);
@@ -136,7 +137,7 @@ MwHandle MwProgrammeGetGenre(MwHandle programme);
 int32_t MwProgrammeHasGuidance(MwHandle programme);
 /* A list of middleware strings. */
 MwHandle MwProgrammeGetGuidance(MwHandle programme);
-/* A list that is only counted. */
+/* A list that is only counted; its elements stay the middleware's. */
 MwHandle MwProgrammeGetMediaAssets(MwHandle programme);
 MwHandle MwProgrammeGetPromotionalContentText(MwHandle programme);
 int32_t MwProgrammeHasHDSimulcast(MwHandle programme);

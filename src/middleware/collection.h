@@ -10,7 +10,9 @@ extern "C" {
 
 /* Number of elements of any list. */
 int32_t MwListGetCount(MwHandle list);
-/* Element `index` as a new reference (a middleware string for string lists), 0 when none. */
+/* Element `index`, 0 when none: a new reference (a middleware string for string
+ * lists), except that a programme the plug-in holds is lent and the elements of
+ * media-asset and search-result lists stay the middleware's. */
 MwHandle MwListGetItem(MwHandle list, uint32_t index);
 /* Channel of a channel list by ccid; new reference or 0. */
 MwHandle MwChannelListGetChannel(MwHandle list, const MwString* ccid);

@@ -11,7 +11,9 @@ extern "C" {
 /* ---- configuration ---- */
 /* The configuration for `context` (the page's object); owned by the caller. */
 MwHandle MwConfigurationOpen(void* context);
-/* The user preferences; new reference. */
+/* The user preferences. The plug-in holds at most one: a new reference when it
+ * holds none, else lent. A later call replaces it without a release; the
+ * plug-in releases it when its newest Configuration object goes. */
 MwHandle MwConfigGetPreferences(MwHandle configuration);
 /* The local system; new reference or 0. */
 MwHandle MwConfigGetLocalSystem(MwHandle configuration);

@@ -22,7 +22,7 @@ MwHandle MwRecSchedGetScheduledRecordings(MwHandle scheduler);
 /* The channel configuration; new reference or 0. */
 MwHandle MwRecSchedGetChannelConfig(MwHandle scheduler);
 void MwRecSchedRemove(MwHandle scheduler, MwHandle recording);
-/* An empty programme; new reference or 0. */
+/* An empty programme; new reference (lent when the plug-in holds it) or 0. */
 MwHandle MwRecSchedCreateProgramme(MwHandle scheduler);
 
 int32_t MwRecGetStartPadding(MwHandle recording);

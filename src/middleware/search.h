@@ -10,13 +10,15 @@ extern "C" {
 
 /* The search manager; owned by the caller, 0 on failure. Its events carry this handle. */
 MwHandle MwSearchManagerOpen(void);
-/* A new search over `target`; new reference or 0. */
+/* A new search over `target`; new reference (released when its object goes) or 0,
+ * which gives an object whose reads fail. */
 MwHandle MwSearchManagerCreateSearch(MwHandle manager, uint32_t target);
-/* The channel configuration; new reference or 0. */
+/* The channel configuration; new reference or 0 (an object whose reads fail). */
 MwHandle MwSearchManagerGetChannelConfig(MwHandle manager);
 
 int32_t MwSearchGetTarget(MwHandle search);
-/* The current result list; new reference or 0. */
+/* The current result list; new reference or 0. Its elements are only counted
+ * and stay the middleware's (MwListGetItem lends them). */
 MwHandle MwSearchGetResult(MwHandle search);
 void MwSearchSetQuery(MwHandle search, MwHandle query);
 /* Restricts the search to a channel; 0 clears the constraints. */

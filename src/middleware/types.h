@@ -60,9 +60,14 @@ typedef struct MwAitOutcome {
 /*
  * The plug-in's event entry points, handed to the middleware once at start
  * with MwRegisterEventCallbacks. The order of the members is part of the
- * contract. Middleware strings passed in events become the plug-in's (it
- * releases them), except when the target object is unknown, where each entry
- * point documents what happens. Entries may be called from any thread.
+ * contract. Middleware strings and channels passed in events become the
+ * plug-in's (it releases them, also when the event is dropped), except the
+ * strings of a DRM event for an agent the plug-in never had, which stay the
+ * middleware's. The rating of a parental rating event is lent. The search of
+ * SearchManager_onMetadataSearch is lent when the plug-in holds it (its
+ * object lives) and a new reference when not; nothing is released for a
+ * manager the plug-in never had. A channel of 0 gives a Channel object whose
+ * reads fail. Entries may be called from any thread.
  * A null member means the plug-in has no such entry point.
  */
 typedef struct MwEventCallbacks {
