@@ -125,8 +125,19 @@ void Event(Input& in, Page& page) {
     case 11: cb->Broadcast_onDRMRightsError(h, n, Text(in), Text(in), Text(in)); break;
     case 12: cb->LocalSystem_onPvrStatusChange(h, n); break;
     case 13: cb->NetworkInterface_onNetworkStatusChange(h, n); break;
-    case 14: cb->DrmAgent_onDRMMessageResult(h, Text(in), Text(in), n); break;
-    default: cb->DrmAgent_onDRMSystemMessage(h, Text(in), Text(in)); break;
+    default: {
+      // The strings of a DRM event for an agent the plug-in does not hold
+      // stay the middleware's: given back here, as a middleware would.
+      MwHandle a = Text(in), b = Text(in);
+      if (which == 14)
+        cb->DrmAgent_onDRMMessageResult(h, a, b, n);
+      else
+        cb->DrmAgent_onDRMSystemMessage(h, a, b);
+      if (sim::TypeOf(h) != "drm-agent" || sim::RefsOf(h) == 0)
+        for (MwHandle text : {a, b})
+          if (text) MwObjectRelease(text);
+      break;
+    }
   }
 }
 
