@@ -26,16 +26,35 @@ TEST_F(OwnershipTest, ReturnedHandlesAreNewReferencesAndReceiverObjectsOutliveTh
   EXPECT_EQ(MwParentalGetRatingSchemes(control), 0u);
 }
 
-TEST_F(OwnershipTest, ReleasingTwiceOrAnUnknownHandleIsCounted) {
+// Counted; under strict ownership the process stops at the release.
+TEST_F(OwnershipTest, ReleasingTwiceOrAnUnknownHandleIsCountedOrStopsStrictly) {
   MwHandle config = MwConfigurationOpen(nullptr);
   MwHandle local = MwConfigGetLocalSystem(config);
   EXPECT_EQ(local, sim::LocalSystemHandle());
   MwObjectRelease(local);
-  MwObjectRelease(local);  // persistent, but no reference left
   MwObjectRelease(config);
+  sim::SetStrictOwnership(true);
+  EXPECT_DEATH(MwObjectRelease(local), "MwObjectRelease\\([0-9]+\\): the plug-in holds no reference");
+  EXPECT_DEATH(MwObjectRelease(config), "MwObjectRelease\\([0-9]+\\): no such handle");
+  sim::SetStrictOwnership(false);
+  MwObjectRelease(local);   // persistent, but no reference left
   MwObjectRelease(config);  // gone
   EXPECT_EQ(sim::ReleaseErrors(), 2u);
   sim::Reset();
+}
+
+// Handles the plug-in holds at most once are lent while it holds them.
+TEST_F(OwnershipTest, PreferencesAndProgrammesAreLentWhileHeld) {
+  MwHandle config = MwConfigurationOpen(nullptr);
+  MwHandle preferences = MwConfigGetPreferences(config);
+  EXPECT_EQ(preferences, MwConfigGetPreferences(config));
+  EXPECT_EQ(sim::RefsOf(preferences), 1);
+  MwObjectRelease(preferences);
+  EXPECT_EQ(MwConfigGetPreferences(config), preferences);
+  EXPECT_EQ(sim::RefsOf(preferences), 1) << "a new reference once none is held";
+  MwObjectRelease(preferences);
+  MwObjectRelease(config);
+  EXPECT_EQ(sim::HeldHandles(), 0u);
 }
 
 TEST_F(OwnershipTest, ForcedResultsReplaceTheSimulatedOnesUntilUnforced) {

@@ -100,6 +100,7 @@ std::string Take(MwHandle string) {
 void SimTest::SetUp() {
   g_test_thread = std::this_thread::get_id();
   sim::Reset();
+  sim::SetStrictOwnership(true);
   MwRegisterEventCallbacks(&kTable);
   ClearEvents();
 }
