@@ -130,6 +130,15 @@ namespace {
 // the contract does not make.
 class SearchOwnershipTest : public SearchTest {
  protected:
+  void SetUp() override {
+    SearchTest::SetUp();
+    f = host::NewFunction("f");
+    ASSERT_TRUE(host::Set(npp_, manager_, "onMetadataSearch", host::Obj(f)));
+  }
+  void TearDown() override {
+    host::Funcs()->releaseobject(f);
+    SearchTest::TearDown();
+  }
   MwHandle Manager() { return static_cast<SearchManagerRecord*>(npp_->pdata)->handle; }
   NPObject* NewSearch(MwHandle* handle) {  // the caller owns the object's reference
     NPVariant v = host::Void();
@@ -147,11 +156,10 @@ class SearchOwnershipTest : public SearchTest {
     sim::WaitIdle();
     host::Pump();
   }
+  NPObject* f = nullptr;  // the page's onMetadataSearch
 };
 
 TEST_F(SearchOwnershipTest, AnEventLendsALiveSearchAndTheObjectIsTheSame) {
-  NPObject* f = host::NewFunction("f");
-  ASSERT_TRUE(host::Set(npp_, manager_, "onMetadataSearch", host::Obj(f)));
   MwHandle h;
   NPObject* search = NewSearch(&h);
   sim::RaiseMetadataSearch(Manager(), h, 7);
@@ -161,14 +169,11 @@ TEST_F(SearchOwnershipTest, AnEventLendsALiveSearchAndTheObjectIsTheSame) {
   EXPECT_EQ(1, sim::RefsOf(h));
   EXPECT_EQ(0u, Releases(h));
   host::Funcs()->releaseobject(search);
-  host::Funcs()->releaseobject(f);
 }
 
 // The object goes while an event for it waits: the event takes the
 // plug-in's reference over and delivers a new object on the same handle.
 TEST_F(SearchOwnershipTest, AnEventWaitingForASearchWhoseObjectWentTakesItsReference) {
-  NPObject* f = host::NewFunction("f");
-  ASSERT_TRUE(host::Set(npp_, manager_, "onMetadataSearch", host::Obj(f)));
   MwHandle h;
   NPObject* search = NewSearch(&h);
   sim::RaiseMetadataSearch(Manager(), h, 8);
@@ -179,12 +184,9 @@ TEST_F(SearchOwnershipTest, AnEventWaitingForASearchWhoseObjectWentTakesItsRefer
   EXPECT_EQ(8, host::Calls(f)[0].args[1].value.intValue);
   EXPECT_EQ(0u, Releases(h));
   EXPECT_EQ(1, sim::RefsOf(h)) << "held by the delivered object (the browser's call record keeps it)";
-  host::Funcs()->releaseobject(f);
 }
 
 TEST_F(SearchOwnershipTest, DroppedEventsReleaseOnlyWhatTheyWereGiven) {
-  NPObject* f = host::NewFunction("f");
-  ASSERT_TRUE(host::Set(npp_, manager_, "onMetadataSearch", host::Obj(f)));
   const MwEventCallbacks* cb = sim::Callbacks();
   // A manager the plug-in never had: nothing is released.
   MwHandle given = MwSearchManagerCreateSearch(Manager(), 2);
@@ -205,12 +207,9 @@ TEST_F(SearchOwnershipTest, DroppedEventsReleaseOnlyWhatTheyWereGiven) {
   EXPECT_EQ(1u, Releases(given));
   EXPECT_EQ(0u, Releases(lent));
   host::Funcs()->releaseobject(search);
-  host::Funcs()->releaseobject(f);
 }
 
 TEST_F(SearchOwnershipTest, ZeroHandlesGiveObjectsWhoseReadsFail) {
-  NPObject* f = host::NewFunction("f");
-  ASSERT_TRUE(host::Set(npp_, manager_, "onMetadataSearch", host::Obj(f)));
   sim::Callbacks()->SearchManager_onMetadataSearch(Manager(), 0, 3);
   Deliver();
   ASSERT_EQ(1u, host::Calls(f).size()) << "an event with search 0 is delivered";
@@ -226,7 +225,6 @@ TEST_F(SearchOwnershipTest, ZeroHandlesGiveObjectsWhoseReadsFail) {
   ASSERT_NE(nullptr, config);
   Get(config, "channelList", &ok);
   EXPECT_FALSE(ok);
-  host::Funcs()->releaseobject(f);
 }
 
 }  // namespace
