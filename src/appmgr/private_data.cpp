@@ -1,7 +1,7 @@
 #include "appmgr/private_data.h"
 
 #include "appmgr/keyset.h"
-#include "broadcast/channel.h"
+#include "objects/channel.h"
 #include "frame/frame.h"
 #include "middleware/appmgr.h"
 

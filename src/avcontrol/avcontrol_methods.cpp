@@ -1,7 +1,7 @@
 // The A/V control object's methods. Bad arguments are not errors: the call
 // succeeds with no result, except queue(), whose success is the middleware's.
 #include "avcontrol/avcontrol_kind.h"
-#include "collection/collection.h"
+#include "objects/collection.h"
 #include "middleware/avcontrol.h"
 #include "style/style.h"
 #include "utils/convert.h"

@@ -2,7 +2,7 @@
 #include "broadcast/broadcast.h"
 
 #include "broadcast/broadcast_kind.h"
-#include "broadcast/stream_event.h"
+#include "objects/stream_event.h"
 #include "frame/instance_kind.h"
 #include "middleware/broadcast.h"
 #include "style/style.h"

@@ -4,11 +4,11 @@
 #include <cstring>
 
 #include "broadcast/broadcast_kind.h"
-#include "broadcast/channel.h"
-#include "broadcast/stream_event.h"
+#include "objects/channel.h"
+#include "objects/stream_event.h"
 #include "frame/event_arguments.h"
 #include "frame/events.h"
-#include "parental/parental_rating.h"
+#include "objects/parental_rating.h"
 #include "utils/convert.h"
 
 namespace {

@@ -1,11 +1,11 @@
 // The broadcast object's methods.
 #include <cstring>
 
-#include "broadcast/av_component.h"
+#include "objects/av_component.h"
 #include "broadcast/broadcast_kind.h"
-#include "broadcast/channel.h"
-#include "broadcast/channel_config.h"
-#include "collection/collection.h"
+#include "objects/channel.h"
+#include "objects/channel_config.h"
+#include "objects/collection.h"
 #include "middleware/broadcast.h"
 #include "style/style.h"
 #include "utils/convert.h"

@@ -3,8 +3,8 @@
 #include <cstring>
 
 #include "broadcast/broadcast_kind.h"
-#include "broadcast/channel.h"
-#include "collection/collection.h"
+#include "objects/channel.h"
+#include "objects/collection.h"
 #include "middleware/broadcast.h"
 #include "npapi/log.h"
 #include "style/style.h"

@@ -1,7 +1,7 @@
 // The local system object.
 #include "config/local_system.h"
 
-#include "collection/collection.h"
+#include "objects/collection.h"
 #include "config/status_object.h"
 #include "middleware/config.h"
 #include "utils/convert.h"

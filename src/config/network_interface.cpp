@@ -1,6 +1,6 @@
 // Network interface objects, the items of the local system's
 // networkInterfaces collection.
-#include "collection/collection_item.h"
+#include "objects/collection_item.h"
 #include "config/local_system.h"
 #include "config/status_object.h"
 #include "middleware/config.h"

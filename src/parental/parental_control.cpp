@@ -1,6 +1,6 @@
 #include "parental/parental_control.h"
 
-#include "collection/collection.h"
+#include "objects/collection.h"
 #include "frame/frame.h"
 #include "frame/instance_kind.h"
 #include "middleware/parental.h"

@@ -1,11 +1,11 @@
 // Parental rating scheme objects, and lists of them: adding a scheme and
 // finding one by name.
-#include "collection/collection_item.h"
+#include "objects/collection_item.h"
 #include "frame/frame.h"
 #include "middleware/collection.h"
 #include "middleware/parental.h"
 #include "parental/parental_control.h"
-#include "parental/parental_rating.h"
+#include "objects/parental_rating.h"
 #include "utils/convert.h"
 
 namespace {

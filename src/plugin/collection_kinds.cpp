@@ -1,6 +1,6 @@
 // The element kinds of the collection, by collection kind number. A kind
 // whose elements get objects joins with one line here.
-#include "collection/collection_item.h"
+#include "objects/collection_item.h"
 
 extern const CollectionItemKind kChannelItems;
 extern const CollectionItemKind kProgrammeItems;

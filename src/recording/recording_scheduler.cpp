@@ -1,12 +1,12 @@
 #include "recording/recording_scheduler.h"
 
-#include "broadcast/channel_config.h"
-#include "broadcast/programme.h"
-#include "collection/collection.h"
+#include "objects/channel_config.h"
+#include "objects/programme.h"
+#include "objects/collection.h"
 #include "frame/frame.h"
 #include "frame/instance_kind.h"
 #include "middleware/recording.h"
-#include "recording/scheduled_recording.h"
+#include "objects/scheduled_recording.h"
 #include "utils/convert.h"
 
 namespace {

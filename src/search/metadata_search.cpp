@@ -1,6 +1,6 @@
 // Metadata search objects: one live script object per search handle.
-#include "broadcast/channel.h"
-#include "collection/collection.h"
+#include "objects/channel.h"
+#include "objects/collection.h"
 #include "frame/frame.h"
 #include "middleware/search.h"
 #include "search/search.h"

@@ -1,5 +1,5 @@
 // The search manager: makes searches and reports their news to the page.
-#include "broadcast/channel_config.h"
+#include "objects/channel_config.h"
 #include "frame/events.h"
 #include "frame/frame.h"
 #include "frame/instance_kind.h"

@@ -1,6 +1,6 @@
 // Lists of search results: paged by getResults, with their offset and the
 // total found. Their elements are only counted.
-#include "collection/collection_item.h"
+#include "objects/collection_item.h"
 #include "middleware/collection.h"
 #include "npapi/browser.h"
 #include "utils/convert.h"

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "broadcast/broadcast_fixture.h"
-#include "parental/parental_rating.h"
+#include "objects/parental_rating.h"
 #include "sim/receiver.h"
 
 namespace {

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "broadcast/channel.h"
-#include "broadcast/channel_config.h"
+#include "objects/channel.h"
+#include "objects/channel_config.h"
 #include "host/fixture.h"
 #include "sim/channel_sim.h"
 #include "sim/sim.h"

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "broadcast/channel.h"
+#include "objects/channel.h"
 #include "host/fixture.h"
 #include "sim/receiver.h"
 #include "sim/sim.h"

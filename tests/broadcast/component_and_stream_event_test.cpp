@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "broadcast/av_component.h"
-#include "broadcast/stream_event.h"
+#include "objects/av_component.h"
+#include "objects/stream_event.h"
 #include "host/fixture.h"
 #include "middleware/types.h"
 #include "sim/receiver.h"

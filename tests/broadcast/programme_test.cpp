@@ -6,9 +6,9 @@
 #include <string>
 
 #include "broadcast/broadcast_fixture.h"
-#include "broadcast/programme.h"
+#include "objects/programme.h"
 #include "middleware/recording.h"
-#include "recording/scheduled_recording.h"
+#include "objects/scheduled_recording.h"
 #include "sim/receiver.h"
 
 namespace {

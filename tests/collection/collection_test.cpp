@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "broadcast/av_component.h"
-#include "broadcast/channel.h"
-#include "collection/collection.h"
+#include "objects/av_component.h"
+#include "objects/channel.h"
+#include "objects/collection.h"
 #include "host/fixture.h"
 #include "sim/core.h"
 #include "sim/receiver.h"

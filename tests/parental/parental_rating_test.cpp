@@ -1,10 +1,10 @@
 // Parental rating objects and their lookup by middleware handle.
 #include <gtest/gtest.h>
 
-#include "collection/collection.h"
+#include "objects/collection.h"
 #include "host/fixture.h"
 #include "middleware/types.h"
-#include "parental/parental_rating.h"
+#include "objects/parental_rating.h"
 #include "sim/broadcast_sim.h"
 #include "sim/core.h"
 #include "sim/sim.h"

@@ -5,11 +5,11 @@
 
 #include <string>
 
-#include "broadcast/channel.h"
-#include "collection/collection.h"
+#include "objects/channel.h"
+#include "objects/collection.h"
 #include "host/fixture.h"
 #include "middleware/recording.h"
-#include "recording/scheduled_recording.h"
+#include "objects/scheduled_recording.h"
 #include "sim/receiver.h"
 #include "sim/recording_sim.h"
 #include "sim/sim.h"

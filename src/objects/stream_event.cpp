@@ -1,4 +1,4 @@
-#include "broadcast/stream_event.h"
+#include "objects/stream_event.h"
 
 #include <cstring>
 

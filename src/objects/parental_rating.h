@@ -1,6 +1,6 @@
 // Parental rating objects.
-#ifndef ORVANE_PARENTAL_PARENTAL_RATING_H
-#define ORVANE_PARENTAL_PARENTAL_RATING_H
+#ifndef ORVANE_OBJECTS_PARENTAL_RATING_H
+#define ORVANE_OBJECTS_PARENTAL_RATING_H
 
 #include "middleware/types.h"
 #include "npapi/export.h"

@@ -1,7 +1,7 @@
 // Scheduled recording objects: one script object per wrap of a middleware
 // recording handle.
-#ifndef ORVANE_RECORDING_SCHEDULED_RECORDING_H
-#define ORVANE_RECORDING_SCHEDULED_RECORDING_H
+#ifndef ORVANE_OBJECTS_SCHEDULED_RECORDING_H
+#define ORVANE_OBJECTS_SCHEDULED_RECORDING_H
 
 #include "middleware/types.h"
 #include "npapi/export.h"

@@ -1,6 +1,6 @@
-#include "broadcast/channel.h"
+#include "objects/channel.h"
 
-#include "collection/collection_item.h"
+#include "objects/collection_item.h"
 #include "frame/frame.h"
 #include "middleware/broadcast.h"
 #include "middleware/collection.h"

@@ -1,6 +1,6 @@
 // Stream event objects: self-contained copies of a DSM-CC stream event.
-#ifndef ORVANE_BROADCAST_STREAM_EVENT_H
-#define ORVANE_BROADCAST_STREAM_EVENT_H
+#ifndef ORVANE_OBJECTS_STREAM_EVENT_H
+#define ORVANE_OBJECTS_STREAM_EVENT_H
 
 #include "middleware/types.h"
 #include "npapi/export.h"

@@ -1,6 +1,6 @@
 // Programme objects: one script object per middleware programme handle.
-#ifndef ORVANE_BROADCAST_PROGRAMME_H
-#define ORVANE_BROADCAST_PROGRAMME_H
+#ifndef ORVANE_OBJECTS_PROGRAMME_H
+#define ORVANE_OBJECTS_PROGRAMME_H
 
 #include "middleware/types.h"
 #include "npapi/export.h"

@@ -2,12 +2,12 @@
 // kind's script object from an element handle, and the extra properties
 // and methods of lists of that kind. The collection itself knows no element
 // kind; the library wiring puts each kind's descriptor at its kind number.
-#ifndef ORVANE_COLLECTION_COLLECTION_ITEM_H
-#define ORVANE_COLLECTION_COLLECTION_ITEM_H
+#ifndef ORVANE_OBJECTS_COLLECTION_ITEM_H
+#define ORVANE_OBJECTS_COLLECTION_ITEM_H
 
 #include <cstddef>
 
-#include "collection/collection.h"
+#include "objects/collection.h"
 #include "frame/record.h"
 
 // A collection's record: `handle` is its middleware list (owned), `kind`

@@ -1,10 +1,10 @@
 // Parental rating objects: one read-only rating value each, wrapping (and
 // owning) one middleware rating handle.
-#include "parental/parental_rating.h"
+#include "objects/parental_rating.h"
 
 #include <cstring>
 
-#include "collection/collection_item.h"
+#include "objects/collection_item.h"
 #include "frame/frame.h"
 #include "middleware/collection.h"
 #include "middleware/parental.h"

@@ -1,8 +1,8 @@
-#include "collection/collection.h"
+#include "objects/collection.h"
 
 #include <cstdlib>
 
-#include "collection/collection_item.h"
+#include "objects/collection_item.h"
 #include "frame/frame.h"
 #include "middleware/collection.h"
 #include "utils/convert.h"

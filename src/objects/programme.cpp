@@ -1,10 +1,10 @@
-#include "broadcast/programme.h"
+#include "objects/programme.h"
 
-#include "collection/collection.h"
-#include "collection/collection_item.h"
+#include "objects/collection.h"
+#include "objects/collection_item.h"
 #include "frame/frame.h"
 #include "middleware/broadcast.h"
-#include "recording/scheduled_recording.h"
+#include "objects/scheduled_recording.h"
 #include "utils/convert.h"
 
 namespace {

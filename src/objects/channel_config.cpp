@@ -1,6 +1,6 @@
-#include "broadcast/channel_config.h"
+#include "objects/channel_config.h"
 
-#include "collection/collection.h"
+#include "objects/collection.h"
 #include "frame/frame.h"
 #include "middleware/broadcast.h"
 

@@ -1,6 +1,6 @@
 // AV component objects (video, audio, subtitle components).
-#ifndef ORVANE_BROADCAST_AV_COMPONENT_H
-#define ORVANE_BROADCAST_AV_COMPONENT_H
+#ifndef ORVANE_OBJECTS_AV_COMPONENT_H
+#define ORVANE_OBJECTS_AV_COMPONENT_H
 
 #include "middleware/types.h"
 #include "npapi/export.h"

@@ -1,10 +1,10 @@
-#include "recording/scheduled_recording.h"
+#include "objects/scheduled_recording.h"
 
 #include <cstring>
 
-#include "broadcast/channel.h"
-#include "collection/collection.h"
-#include "collection/collection_item.h"
+#include "objects/channel.h"
+#include "objects/collection.h"
+#include "objects/collection_item.h"
 #include "frame/frame.h"
 #include "middleware/recording.h"
 #include "utils/convert.h"

@@ -1,6 +1,6 @@
 // Channel configuration objects: the channel list and the genres.
-#ifndef ORVANE_BROADCAST_CHANNEL_CONFIG_H
-#define ORVANE_BROADCAST_CHANNEL_CONFIG_H
+#ifndef ORVANE_OBJECTS_CHANNEL_CONFIG_H
+#define ORVANE_OBJECTS_CHANNEL_CONFIG_H
 
 #include "frame/record.h"
 #include "middleware/types.h"

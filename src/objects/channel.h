@@ -1,6 +1,6 @@
 // Channel objects: one script object per middleware channel handle.
-#ifndef ORVANE_BROADCAST_CHANNEL_H
-#define ORVANE_BROADCAST_CHANNEL_H
+#ifndef ORVANE_OBJECTS_CHANNEL_H
+#define ORVANE_OBJECTS_CHANNEL_H
 
 #include "middleware/types.h"
 #include "npapi/export.h"

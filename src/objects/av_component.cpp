@@ -1,6 +1,6 @@
-#include "broadcast/av_component.h"
+#include "objects/av_component.h"
 
-#include "collection/collection_item.h"
+#include "objects/collection_item.h"
 #include "frame/frame.h"
 #include "middleware/broadcast.h"
 #include "utils/convert.h"

@@ -1,6 +1,6 @@
 // The one collection class behind every list-valued property and method.
-#ifndef ORVANE_COLLECTION_COLLECTION_H
-#define ORVANE_COLLECTION_COLLECTION_H
+#ifndef ORVANE_OBJECTS_COLLECTION_H
+#define ORVANE_OBJECTS_COLLECTION_H
 
 #include "middleware/types.h"
 #include "npapi/export.h"
