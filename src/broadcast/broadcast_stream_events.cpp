@@ -92,7 +92,8 @@ bool BroadcastAddStreamEventListener(BroadcastRecord* r, const NPVariant* args, 
                                            kind) != 0;
     if (!ok) NP_UtilsRemoveEventListener(r, listener);
   } else {
-    // On failure the listener stays registered: intended, only the "dvb:"
+    // On failure the listener stays registered (a later description may
+    // still arrive for it); only the "dvb:"
     // path withdraws it.
     ok = RequestDescription(r, given, name, listener, kind);
   }

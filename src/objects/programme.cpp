@@ -72,7 +72,8 @@ bool Text(MwHandle string, NPVariant* result) {
 }
 
 // No recording reads as undefined and the read succeeds: unlike the list
-// properties, which give Null and fail. Intended.
+// properties, which give Null and fail (pages test `recording` for
+// undefined, the lists for null).
 bool Recording(ObjectRecord* r, NPVariant* result) {
   MwHandle recording = MwProgrammeGetRecording(r->handle);
   if (!recording) {

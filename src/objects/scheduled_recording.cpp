@@ -39,7 +39,8 @@ const char* const kPropertyNames[] = {
 };
 
 // The two recording times are read only for a recording that has an id: a
-// recording without one fails these reads. Intended.
+// recording without one fails these reads (it is not scheduled yet, so its
+// times mean nothing; pages test the read).
 bool TimeOfIdentified(MwHandle h, int32_t (*get)(MwHandle), NPVariant* result) {
   MwHandle id = MwRecGetId(h);
   if (!id) return false;

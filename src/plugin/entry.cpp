@@ -28,7 +28,7 @@ constexpr uint16_t kFilledPluginTableSize = 60;
 NPError NP_Initialize(NPNetscapeFuncs* browser, NPPluginFuncs* plugin) {
   browser_funcs = browser;
   NP_UtilsInit();
-  InitialiseKinds();
+  InitialiseBroadcast();
   MwRegisterEventCallbacks(&g_plugin_callbacks);
   if (!plugin || plugin->size < kFilledPluginTableSize) return NPERR_INVALID_FUNCTABLE_ERROR;
   plugin->newp = NPP_New;

@@ -2,6 +2,6 @@
 
 #include "broadcast/broadcast.h"
 
-void InitialiseKinds() {
+void InitialiseBroadcast() {
   BroadcastInit();
 }

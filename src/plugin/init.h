@@ -1,7 +1,7 @@
-// One-time initialisation of the kinds that need it, from NP_Initialize.
+// One-time initialisation, from NP_Initialize: only the broadcast kind needs one.
 #ifndef ORVANE_PLUGIN_INIT_H
 #define ORVANE_PLUGIN_INIT_H
 
-void InitialiseKinds();
+void InitialiseBroadcast();
 
 #endif

@@ -253,7 +253,8 @@ uint32_t SizeForPlugin(NPP instance) {
   return size;
 }
 
-// The element's own size, without the walk (unlike SizeForPlugin): intended.
+// The element's own size, without the walk (unlike SizeForPlugin): the
+// screen rectangle follows the element's box as the page styled it.
 void ScreenRectForPlugin(NPP instance, int32_t* x, int32_t* y, int32_t* width, int32_t* height) {
   StyleIds();
   int32_t unused[4];

