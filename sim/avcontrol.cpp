@@ -127,28 +127,13 @@ MwHandle CreatePlayer(int32_t kind) {
   return h;
 }
 
-// Runs `fn` on the player under the lock; `fallback` for another handle.
-template <class R>
-R WithPlayer(MwHandle player, R fallback, const std::function<R(PlayerObject&)>& fn) {
-  auto p = sim::Find<PlayerObject>(player);
-  if (!p) return fallback;
-  Lock lock(sim::Mutex());
-  return fn(*p);
-}
-
-void WithPlayer(MwHandle player, const std::function<void(PlayerObject&)>& fn) {
-  auto p = sim::Find<PlayerObject>(player);
-  if (!p) return;
-  Lock lock(sim::Mutex());
-  fn(*p);
-}
 
 int32_t Get(MwHandle player, int32_t sim::AVPlayerState::*field) {
-  return WithPlayer<int32_t>(player, 0, [field](PlayerObject& p) { return p.state.*field; });
+  return sim::Answer<PlayerObject>(player, int32_t{0}, [field](PlayerObject& p) { return p.state.*field; });
 }
 
 void Set(MwHandle player, int32_t sim::AVPlayerState::*field, int32_t value) {
-  WithPlayer(player, [field, value](PlayerObject& p) { p.state.*field = value; });
+  sim::Update<PlayerObject>(player, [field, value](PlayerObject& p) { p.state.*field = value; });
 }
 
 // Raises `emit` now or on the simulator's thread, if the player still exists then.
@@ -275,7 +260,7 @@ void Start(MwHandle player, PlayerObject& p) {
 }
 
 MwHandle ComponentList(MwHandle player, uint32_t type, bool active_only) {
-  return WithPlayer<MwHandle>(player, 0, [type, active_only](PlayerObject& p) {
+  return sim::Answer<PlayerObject>(player, MwHandle{0}, [type, active_only](PlayerObject& p) {
     std::vector<MwHandle> items;
     for (MwHandle h : p.components) {
       auto c = sim::Find<sim::ComponentObject>(h);
@@ -291,7 +276,7 @@ MwHandle ComponentList(MwHandle player, uint32_t type, bool active_only) {
 
 void SelectType(MwHandle player, uint32_t type, bool select) {
   // A selection is reported; an unselection when something was selected.
-  bool report = WithPlayer<bool>(player, false, [type, select](PlayerObject& p) {
+  bool report = sim::Answer<PlayerObject>(player, bool{false}, [type, select](PlayerObject& p) {
     std::vector<int32_t>& active = p.state.active_types;
     auto it = std::find(active.begin(), active.end(), static_cast<int32_t>(type));
     bool was = it != active.end();
@@ -306,7 +291,7 @@ void SelectType(MwHandle player, uint32_t type, bool select) {
 }
 
 void SelectObject(MwHandle player, void* object, bool select) {
-  WithPlayer(player, [object, select](PlayerObject& p) {
+  sim::Update<PlayerObject>(player, [object, select](PlayerObject& p) {
     if (!object) return;
     if (select)
       p.selected_objects.insert(object);
@@ -327,7 +312,7 @@ void Replace(MwHandle player, PlayerObject& p) {
 // Another item of the playlist: it becomes the medium, played from its start
 // if the player was playing.
 int32_t MoveTo(MwHandle player, int64_t index) {
-  return WithPlayer<int32_t>(player, 0, [player, index](PlayerObject& p) {
+  return sim::Answer<PlayerObject>(player, int32_t{0}, [player, index](PlayerObject& p) {
     if (index < 0 || index >= static_cast<int64_t>(p.state.playlist.size())) return 0;
     bool running = p.state.play_state == kPlaying || p.state.play_state == kPaused ||
                    p.state.play_state == kConnecting || p.state.play_state == kBuffering;
@@ -349,14 +334,14 @@ void SetMediaEngine(MediaEngine* engine) {
 }
 
 void MediaDuration(MwHandle player, int32_t ms) {
-  WithPlayer(player, [ms](PlayerObject& p) {
+  sim::Update<PlayerObject>(player, [ms](PlayerObject& p) {
     if (p.real && ms > 0) p.state.play_time = ms;
   });
 }
 
 void MediaTracks(MwHandle player, int32_t video, const std::vector<std::string>& audio,
                  const std::vector<std::string>& subtitles) {
-  WithPlayer(player, [video, &audio, &subtitles](PlayerObject& p) {
+  sim::Update<PlayerObject>(player, [video, &audio, &subtitles](PlayerObject& p) {
     if (!p.real || !p.components.empty()) return;
     std::vector<MediaComponentSpec> specs;
     for (int32_t i = 0; i < video; i++) specs.push_back({0, "", "", 0});
@@ -367,13 +352,13 @@ void MediaTracks(MwHandle player, int32_t video, const std::vector<std::string>&
 }
 
 void MediaBuffering(MwHandle player) {
-  WithPlayer(player, [player](PlayerObject& p) {
+  sim::Update<PlayerObject>(player, [player](PlayerObject& p) {
     if (p.real && p.state.play_state == kConnecting) ChangeState(player, p, kBuffering);
   });
 }
 
 void MediaReady(MwHandle player) {
-  WithPlayer(player, [player](PlayerObject& p) {
+  sim::Update<PlayerObject>(player, [player](PlayerObject& p) {
     if (!p.real || (p.state.play_state != kConnecting && p.state.play_state != kBuffering)) return;
     p.anchor_ms = NowMs();
     ChangeState(player, p, p.state.speed == 0 ? kPaused : kPlaying);
@@ -381,19 +366,19 @@ void MediaReady(MwHandle player) {
 }
 
 void MediaEnded(MwHandle player) {
-  WithPlayer(player, [player](PlayerObject& p) {
+  sim::Update<PlayerObject>(player, [player](PlayerObject& p) {
     if (p.real && p.state.play_state == kPlaying) AtEnd(player, p);
   });
 }
 
 void MediaFailed(MwHandle player, int32_t error) {
-  WithPlayer(player, [player, error](PlayerObject& p) {
+  sim::Update<PlayerObject>(player, [player, error](PlayerObject& p) {
     if (p.real && p.state.play_state != kStopped) ChangeState(player, p, kError, error);
   });
 }
 
 bool AVPlayer(MwHandle player, AVPlayerState* out) {
-  return WithPlayer<bool>(player, false, [out](PlayerObject& p) {
+  return sim::Answer<PlayerObject>(player, bool{false}, [out](PlayerObject& p) {
     p.Settle();
     if (out) *out = p.state;
     return true;
@@ -416,7 +401,7 @@ bool LastClipRect(MwRect* out) {
 }
 
 void RaiseAVPlayStateChange(MwHandle player, int32_t state, int32_t error, bool on_sim_thread) {
-  WithPlayer(player, [state, error](PlayerObject& p) {
+  sim::Update<PlayerObject>(player, [state, error](PlayerObject& p) {
     p.Settle();
     p.generation++;
     p.state.play_state = state;
@@ -486,14 +471,15 @@ void MwVideoSetClipRect(const MwRect* rect) {
 
 MwHandle MwAVGetData(MwHandle player) {
   SIM_CALL(MwHandle, player);
-  return WithPlayer<MwHandle>(player, 0, [](PlayerObject& p) { return sim::NewStringHandleOrNull(p.Data()); });
+  return sim::Answer<PlayerObject>(player, MwHandle{0},
+                                  [](PlayerObject& p) { return sim::NewStringHandleOrNull(p.Data()); });
 }
 
 // A new data URL replaces the playlist and stops the player.
 void MwAVSetData(MwHandle player, const MwString* data) {
   SIM_VOID(player, data);
   std::string url = sim::Text(data);
-  WithPlayer(player, [player, &url](PlayerObject& p) {
+  sim::Update<PlayerObject>(player, [player, &url](PlayerObject& p) {
     p.state.playlist.clear();
     if (!url.empty()) p.state.playlist.push_back(url);
     p.state.track = 0;
@@ -503,7 +489,7 @@ void MwAVSetData(MwHandle player, const MwString* data) {
 
 int32_t MwAVGetPlayPosition(MwHandle player) {
   SIM_CALL(int32_t, player);
-  return WithPlayer<int32_t>(player, 0, [](PlayerObject& p) {
+  return sim::Answer<PlayerObject>(player, int32_t{0}, [](PlayerObject& p) {
     p.Settle();
     return p.state.position;
   });
@@ -526,7 +512,8 @@ int32_t MwAVGetError(MwHandle player) {
 
 int32_t MwAVGetNrTracks(MwHandle player) {
   SIM_CALL(int32_t, player);
-  return WithPlayer<int32_t>(player, 0, [](PlayerObject& p) { return static_cast<int32_t>(p.state.playlist.size()); });
+  return sim::Answer<PlayerObject>(player, int32_t{0},
+                                  [](PlayerObject& p) { return static_cast<int32_t>(p.state.playlist.size()); });
 }
 
 int32_t MwAVGetSpeed(MwHandle player) {
@@ -581,7 +568,7 @@ void MwAVSetHeight(MwHandle player, uint32_t height) {
 
 void MwAVSetPosition(MwHandle player, int32_t x, int32_t y) {
   SIM_VOID(player, x, y);
-  WithPlayer(player, [x, y](PlayerObject& p) {
+  sim::Update<PlayerObject>(player, [x, y](PlayerObject& p) {
     p.state.x = x;
     p.state.y = y;
   });
@@ -592,7 +579,7 @@ void MwAVSetPosition(MwHandle player, int32_t x, int32_t y) {
 int32_t MwAVPlay(MwHandle player, uint32_t speed) {
   SIM_CALL(int32_t, player, speed);
   int32_t factor = static_cast<int32_t>(speed);
-  return WithPlayer<int32_t>(player, 0, [player, factor](PlayerObject& p) {
+  return sim::Answer<PlayerObject>(player, int32_t{0}, [player, factor](PlayerObject& p) {
     if (p.state.playlist.empty()) return 0;
     p.Settle();
     p.state.speed = factor;
@@ -616,7 +603,7 @@ int32_t MwAVPlay(MwHandle player, uint32_t speed) {
 
 int32_t MwAVSeek(MwHandle player, uint32_t position) {
   SIM_CALL(int32_t, player, position);
-  return WithPlayer<int32_t>(player, 0, [player, position](PlayerObject& p) {
+  return sim::Answer<PlayerObject>(player, int32_t{0}, [player, position](PlayerObject& p) {
     if (p.state.playlist.empty() || position > static_cast<uint32_t>(p.state.play_time)) return 0;
     p.Settle();
     if (p.real && g_engine) g_engine->Seek(player, static_cast<int32_t>(position));
@@ -629,7 +616,7 @@ int32_t MwAVSeek(MwHandle player, uint32_t position) {
 
 int32_t MwAVSetVolume(MwHandle player, uint32_t volume) {
   SIM_CALL(int32_t, player, volume);
-  return WithPlayer<int32_t>(player, 0, [volume](PlayerObject& p) {
+  return sim::Answer<PlayerObject>(player, int32_t{0}, [volume](PlayerObject& p) {
     if (volume > 100) return 0;
     p.state.volume = static_cast<int32_t>(volume);
     if (p.real && g_engine) g_engine->SetVolume(p.self, p.state.volume);
@@ -639,7 +626,7 @@ int32_t MwAVSetVolume(MwHandle player, uint32_t volume) {
 
 int32_t MwAVStop(MwHandle player) {
   SIM_CALL(int32_t, player);
-  return WithPlayer<int32_t>(player, 0, [player](PlayerObject& p) {
+  return sim::Answer<PlayerObject>(player, int32_t{0}, [player](PlayerObject& p) {
     p.generation++;
     p.state.speed = 0;
     if (p.real && g_engine) g_engine->Stop(player);
@@ -694,7 +681,7 @@ void MwAVUnselectComponentType(MwHandle player, uint32_t componentType) {
 int32_t MwAVQueue(MwHandle player, const MwString* url) {
   SIM_CALL(int32_t, player, url);
   std::string text = sim::Text(url);
-  return WithPlayer<int32_t>(player, 0, [&text](PlayerObject& p) {
+  return sim::Answer<PlayerObject>(player, int32_t{0}, [&text](PlayerObject& p) {
     std::vector<std::string>& list = p.state.playlist;
     if (text.empty()) {
       if (list.size() > static_cast<size_t>(p.state.track) + 1) list.resize(static_cast<size_t>(p.state.track) + 1);
@@ -709,7 +696,7 @@ int32_t MwAVQueue(MwHandle player, const MwString* url) {
 // The change is reported a moment later when the flag actually changes.
 void MwAVSetFullScreen(MwHandle player, uint8_t fullScreen) {
   SIM_VOID(player, fullScreen);
-  bool changed = WithPlayer<bool>(player, false, [fullScreen](PlayerObject& p) {
+  bool changed = sim::Answer<PlayerObject>(player, bool{false}, [fullScreen](PlayerObject& p) {
     int32_t now = fullScreen ? 1 : 0;
     bool differs = p.state.full_screen != now;
     p.state.full_screen = now;
@@ -723,7 +710,7 @@ void MwAVSetFullScreen(MwHandle player, uint8_t fullScreen) {
 void MwAVSetSource(MwHandle player, const MwString* url, uint32_t reserved) {
   SIM_VOID(player, url, reserved);
   std::string text = sim::Text(url);
-  WithPlayer(player, [player, &text](PlayerObject& p) {
+  sim::Update<PlayerObject>(player, [player, &text](PlayerObject& p) {
     size_t t = static_cast<size_t>(p.state.track);
     if (t < p.state.playlist.size())
       p.state.playlist[t] = text;

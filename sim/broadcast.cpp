@@ -66,6 +66,11 @@ sim::ResetHook g_reset([] {
 
 std::shared_ptr<BroadcastObject> Instance(MwHandle h) { return sim::Find<BroadcastObject>(h); }
 
+// A number of the instance's state, 0 for another handle.
+int32_t Field(MwHandle h, int32_t sim::BroadcastState::*field) {
+  return sim::Answer<BroadcastObject>(h, 0, [field](BroadcastObject& b) { return b.state.*field; });
+}
+
 std::shared_ptr<sim::ChannelObject> ChannelAt(size_t index) {
   sim::Receiver& rx = sim::Rx();
   return index < rx.channels.size() ? sim::Find<sim::ChannelObject>(rx.channels[index]) : nullptr;
@@ -115,8 +120,7 @@ void Later(MwHandle h, std::function<void()> emit, int delay_ms = kEventDelayMs)
 }
 
 void SetPlayState(MwHandle h, int32_t state) {
-  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-  if (auto b = Instance(h)) b->state.play_state = state;
+  sim::Update<BroadcastObject>(h, [state](BroadcastObject& b) { b.state.play_state = state; });
 }
 
 void EmitPlayState(MwHandle h, int32_t state, int32_t error) {
@@ -461,58 +465,48 @@ void MwVideoSetPaintRect(const MwRect* rect) {
 
 void MwBroadcastSetVideoRect(MwHandle broadcast, int32_t x, int32_t y, int32_t width, int32_t height) {
   SIM_VOID(broadcast, x, y, width, height);
-  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-  if (auto b = Instance(broadcast)) {
-    b->state.x = x;
-    b->state.y = y;
-    b->state.width = width;
-    b->state.height = height;
-  }
+  sim::Update<BroadcastObject>(broadcast, [&](BroadcastObject& b) {
+    b.state.x = x;
+    b.state.y = y;
+    b.state.width = width;
+    b.state.height = height;
+  });
 }
 
 int32_t MwBroadcastIsFullScreen(MwHandle broadcast) {
   SIM_CALL(int32_t, broadcast);
-  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-  auto b = Instance(broadcast);
-  return b ? b->state.full_screen : 0;
+  return Field(broadcast, &sim::BroadcastState::full_screen);
 }
 
 int32_t MwBroadcastGetWidth(MwHandle broadcast) {
   SIM_CALL(int32_t, broadcast);
-  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-  auto b = Instance(broadcast);
-  if (!b) return 0;
-  return b->state.full_screen ? 1280 : b->state.width;
+  return sim::Answer<BroadcastObject>(broadcast, 0, [](BroadcastObject& b) {
+    return b.state.full_screen ? 1280 : b.state.width;
+  });
 }
 
 int32_t MwBroadcastGetHeight(MwHandle broadcast) {
   SIM_CALL(int32_t, broadcast);
-  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-  auto b = Instance(broadcast);
-  if (!b) return 0;
-  return b->state.full_screen ? 720 : b->state.height;
+  return sim::Answer<BroadcastObject>(broadcast, 0, [](BroadcastObject& b) {
+    return b.state.full_screen ? 720 : b.state.height;
+  });
 }
 
 int32_t MwBroadcastGetPlayState(MwHandle broadcast) {
   SIM_CALL(int32_t, broadcast);
-  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-  auto b = Instance(broadcast);
-  return b ? b->state.play_state : 0;
+  return Field(broadcast, &sim::BroadcastState::play_state);
 }
 
 MwHandle MwBroadcastGetData(MwHandle broadcast) {
   SIM_CALL(MwHandle, broadcast);
-  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-  auto b = Instance(broadcast);
-  return b ? sim::NewStringHandleOrNull(b->state.data) : 0;
+  return sim::Answer<BroadcastObject>(broadcast, MwHandle{0}, [](BroadcastObject& b) {
+    return sim::NewStringHandleOrNull(b.state.data);
+  });
 }
 
 void MwBroadcastSetData(MwHandle broadcast, MwString* data) {
   SIM_VOID(broadcast, data);
-  {
-    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-    if (auto b = Instance(broadcast)) b->state.data = sim::Text(data);
-  }
+  sim::Update<BroadcastObject>(broadcast, [data](BroadcastObject& b) { b.state.data = sim::Text(data); });
   // Taken over: both blocks came from malloc.
   if (data) free(const_cast<char*>(data->data));
   free(data);
@@ -520,10 +514,10 @@ void MwBroadcastSetData(MwHandle broadcast, MwString* data) {
 
 MwHandle MwBroadcastGetCurrentChannel(MwHandle broadcast) {
   SIM_CALL(MwHandle, broadcast);
-  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-  auto b = Instance(broadcast);
   // An instance that was never bound presents nothing.
-  return b && b->state.bound ? sim::Give(sim::CurrentChannel()) : 0;
+  return sim::Answer<BroadcastObject>(broadcast, MwHandle{0}, [](BroadcastObject& b) {
+    return b.state.bound ? sim::Give(sim::CurrentChannel()) : 0;
+  });
 }
 
 MwHandle MwBroadcastGetProgrammes(MwHandle broadcast) {
@@ -531,14 +525,13 @@ MwHandle MwBroadcastGetProgrammes(MwHandle broadcast) {
   std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
   auto b = Instance(broadcast);
   auto channel = ChannelAt(sim::Rx().current);
-  return b && b->state.bound && channel ? sim::NewList(PresentAndFollowing(*channel), sim::Lending::kGiveUnlessHeld) : 0;
+  if (!b || !b->state.bound || !channel) return 0;
+  return sim::NewList(PresentAndFollowing(*channel), sim::Lending::kGiveUnlessHeld);
 }
 
 int32_t MwBroadcastGetRecordingState(MwHandle broadcast) {
   SIM_CALL(int32_t, broadcast);
-  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-  auto b = Instance(broadcast);
-  return b ? b->state.recording_state : 0;
+  return Field(broadcast, &sim::BroadcastState::recording_state);
 }
 
 MwHandle MwBroadcastGetChannelConfig(MwHandle broadcast) {
@@ -620,12 +613,8 @@ void MwBroadcastNextChannel(MwHandle broadcast) {
 
 void MwBroadcastSetFullScreen(MwHandle broadcast, uint32_t fullScreen) {
   SIM_VOID(broadcast, fullScreen);
-  {
-    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-    auto b = Instance(broadcast);
-    if (!b) return;
-    b->state.full_screen = fullScreen ? 1 : 0;
-  }
+  auto set = [fullScreen](BroadcastObject& b) { b.state.full_screen = fullScreen ? 1 : 0; };
+  if (!sim::Update<BroadcastObject>(broadcast, set)) return;
   if (sim::AutoEvents()) Later(broadcast, [broadcast] { SIM_EMIT(Broadcast_onFullScreenChange, broadcast); });
 }
 
@@ -755,8 +744,7 @@ MwHandle MwBroadcastRecordNow(MwHandle broadcast, int32_t durationSeconds) {
 
 void MwBroadcastStopRecording(MwHandle broadcast) {
   SIM_VOID(broadcast);
-  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-  if (auto b = Instance(broadcast)) b->state.recording_state = 0;
+  sim::Update<BroadcastObject>(broadcast, [](BroadcastObject& b) { b.state.recording_state = 0; });
 }
 
 }  // extern "C"

@@ -40,6 +40,23 @@ template <class T>
 std::shared_ptr<T> Find(MwHandle handle) {
   return std::dynamic_pointer_cast<T>(Lookup(handle));
 }
+// Under the simulator's lock: `answer(object)` for the T that `handle`
+// names, `none` when it names no T.
+template <class T, class R, class F>
+R Answer(MwHandle handle, R none, F answer) {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  std::shared_ptr<T> object = Find<T>(handle);
+  return object ? static_cast<R>(answer(*object)) : none;
+}
+// Under the lock: `change(object)` for the T that `handle` names; false
+// when it names none.
+template <class T, class F>
+bool Update(MwHandle handle, F change) {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  std::shared_ptr<T> object = Find<T>(handle);
+  if (object) change(*object);
+  return object != nullptr;
+}
 // The handle of a registered object (0 when it is not registered).
 MwHandle HandleOf(const Object* object);
 
