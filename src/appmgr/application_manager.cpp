@@ -14,19 +14,16 @@ RecordList g_managers;
 
 enum Event : uint32_t { kLowMemory = 1, kApplicationLoadError = 2 };
 enum Property { kOnLowMemory, kOnApplicationLoadError };
-enum Method { kGetOwnerApplication, kAddEventListener, kRemoveEventListener };
+enum Method { kGetOwnerApplication };  // then addEventListener, removeEventListener
 
 const char* const kPropertyNames[] = {"onLowMemory", "onApplicationLoadError"};
 const char* const kMethodNames[] = {"getOwnerApplication", "addEventListener",
                                     "removeEventListener"};
 const EventProperty kEvents[] = {{"onLowMemory", kLowMemory},
                                  {"onApplicationLoadError", kApplicationLoadError}};
-const EventTable kEventTable = ORV_EVENT_TABLE(kEvents);
-
-const NPVariant* Arg(const NPVariant* args, uint32_t count, uint32_t i) {
-  static const NPVariant kVoid = {NPVariantType_Void, {}};
-  return i < count ? &args[i] : &kVoid;
-}
+// A missing or non-String type counts as the empty one; an empty property
+// reads as a failed read with Null.
+const EventTable kEventTable = ORV_EVENT_TABLE(kEvents, TypeRule::kEmpty, EmptyRead::kNull);
 
 // The Application object of the application owning `document`, found by the
 // document's URL as it reads (not resolved); Null when there is none.
@@ -50,25 +47,12 @@ struct ApplicationManager : InstanceKindBase<ApplicationManager, AppMgrRecord> {
                      NPVariant* result) {
     AppMgrRecord* r = Find(object);
     if (!r || !r->handle) return false;
-    switch (Methods().Find(id)) {
-      case kGetOwnerApplication:
-        // Any other number of arguments gives undefined, not null.
-        if (count == 1) GetOwnerApplication(r, args[0], result);
-        return true;
-      case kAddEventListener: {
-        // A missing or non-String type counts as the empty one. Separate
-        // from the onXxx registrations of the same events.
-        const NPVariant* type = Arg(args, count, 0);
-        AddListenerByType(r, kEventTable, IsString(*type) ? ArgString(*type) : MwString{0, ""},
-                          Arg(args, count, 1));
-        return true;
-      }
-      case kRemoveEventListener:
-        NP_UtilsRemoveFirstArgumentListener(r, args, count);
-        return true;
-      default:
-        return false;
-    }
+    bool ok;
+    if (ListenerCall(r, kEventTable, id, args, count, &ok)) return ok;
+    // getOwnerApplication: any other number of arguments gives undefined, not null.
+    if (Methods().Find(id) != kGetOwnerApplication) return false;
+    if (count == 1) GetOwnerApplication(r, args[0], result);
+    return true;
   }
 
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
@@ -76,8 +60,7 @@ struct ApplicationManager : InstanceKindBase<ApplicationManager, AppMgrRecord> {
     if (!r) return true;  // an object whose record is gone reads as untouched
     int slot = Properties().Find(id);
     if (slot < 0) return false;
-    SetNull(result);  // an empty slot reads as a failed read with Null
-    return ReadListenerSlot(r, slot, result);
+    return ReadListenerProperty(r, kEventTable, slot, result);
   }
 
   static bool SetProperty(NPObject* object, NPIdentifier id, const NPVariant* value) {

@@ -43,7 +43,7 @@ const EventProperty kEvents[] = {
     {"onSelectedComponentChanged", kEventSelectedComponentChanged},
     {"onDRMRightsError", kEventDRMRightsError},
 };
-const EventTable kEventTable = ORV_EVENT_TABLE(kEvents);
+const EventTable kEventTable = ORV_EVENT_TABLE(kEvents, TypeRule::kIgnore, EmptyRead::kNull);
 
 struct AVControl : InstanceKindBase<AVControl, AVControlRecord> {
   static NameTable& Properties() { return AVControlProperties(); }

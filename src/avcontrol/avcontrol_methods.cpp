@@ -91,6 +91,8 @@ bool AVControlInvoke(NPObject* object, NPIdentifier id, const NPVariant* args, u
                      NPVariant* result) {
   AVControlRecord* r = AVControlFind(object);
   if (!r) return false;
+  bool ok;
+  if (ListenerCall(r, AVControlEvents(), id, args, count, &ok)) return ok;
   MwHandle h = r->handle;
   uint32_t n;
   switch (AVControlMethods().Find(id)) {
@@ -106,12 +108,6 @@ bool AVControlInvoke(NPObject* object, NPIdentifier id, const NPVariant* args, u
     case kMethodUnselectComponent: return SelectComponent(r, args, count, false);
     case kMethodQueue: return Queue(r, args, count);
     case kMethodSetFullScreen: return SetFullScreen(r, args, count);
-    case kMethodAddEventListener:
-      if (count >= 2 && IsString(args[0])) AddListenerByType(r, AVControlEvents(), ArgString(args[0]), &args[1]);
-      return true;
-    case kMethodRemoveEventListener:
-      NP_UtilsRemoveFirstArgumentListener(r, args, count);
-      return true;
     case kMethodSetSource: return SetSource(r, args, count);
     default: return false;
   }

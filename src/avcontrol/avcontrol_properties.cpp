@@ -76,10 +76,8 @@ bool AVControlGetProperty(NPObject* object, NPIdentifier id, NPVariant* result) 
       // Unset, this one fails with no value; the other four fail with Null.
       return ReadListenerSlot(r, 0, result);
     default:
-      if (index > kPropOnPlayStateChange) {
-        SetNull(result);
-        return ReadListenerSlot(r, index - kFirstEventProperty, result);
-      }
+      if (index > kPropOnPlayStateChange)
+        return ReadListenerProperty(r, AVControlEvents(), index - kFirstEventProperty, result);
       return false;
   }
 }

@@ -29,7 +29,7 @@ const EventProperty kEvents[] = {
     ORV_EVENT(19), ORV_EVENT(20), ORV_EVENT(21), ORV_EVENT(22), ORV_EVENT(23), ORV_EVENT(24),
 };
 #undef ORV_EVENT
-const EventTable kEventTable = ORV_EVENT_TABLE(kEvents);
+const EventTable kEventTable = ORV_EVENT_TABLE(kEvents, TypeRule::kIgnore, EmptyRead::kNull);
 
 const char* const kMethodNames[] = {
     "getChannelConfig", "bindToCurrentChannel", "createChannelObject", "setChannel",

@@ -97,16 +97,6 @@ bool SetFullScreen(BroadcastRecord* r, const NPVariant* args, uint32_t count) {
   return true;
 }
 
-bool AddEventListener(BroadcastRecord* r, const NPVariant* args, uint32_t count) {
-  if (count >= 2 && IsString(args[0])) AddListenerByType(r, BroadcastEvents(), ArgString(args[0]), &args[1]);
-  return true;
-}
-
-bool RemoveEventListener(BroadcastRecord* r, const NPVariant* args, uint32_t count) {
-  NP_UtilsRemoveFirstArgumentListener(r, args, count);
-  return true;
-}
-
 bool Components(BroadcastRecord* r, const NPVariant* args, uint32_t count, bool active,
                 NPVariant* result) {
   uint32_t type;
@@ -162,6 +152,8 @@ bool BroadcastInvoke(NPObject* object, NPIdentifier id, const NPVariant* args, u
                      NPVariant* result) {
   BroadcastRecord* r = BroadcastFind(object);
   if (!r) return false;
+  bool ok;
+  if (ListenerCall(r, BroadcastEvents(), id, args, count, &ok)) return ok;
   MwHandle h = r->handle;
   int method = BroadcastMethods().Find(id);
   switch (method < 0 ? -1 : method + kFirstMethod) {
@@ -178,8 +170,6 @@ bool BroadcastInvoke(NPObject* object, NPIdentifier id, const NPVariant* args, u
     case kMethodSetFullScreen: return SetFullScreen(r, args, count);
     case kMethodRelease: MwBroadcastRelease(h); return true;
     case kMethodStop: MwBroadcastStop(h); return true;
-    case kMethodAddEventListener: return AddEventListener(r, args, count);
-    case kMethodRemoveEventListener: return RemoveEventListener(r, args, count);
     case kMethodGetComponents: return Components(r, args, count, false, result);
     case kMethodGetCurrentActiveComponents: return Components(r, args, count, true, result);
     case kMethodSelectComponent: return SelectComponent(r, args, count, true);

@@ -79,8 +79,7 @@ bool BroadcastGetProperty(NPObject* object, NPIdentifier id, NPVariant* result) 
     case kPropRecordingState: SetInt(result, MwBroadcastGetRecordingState(h)); return true;
     default:
       if (IsEvent(index)) {
-        SetNull(result);  // an empty slot reads as a failed read with Null
-        return ReadListenerSlot(r, index - kFirstEvent, result);
+        return ReadListenerProperty(r, BroadcastEvents(), index - kFirstEvent, result);
       }
       LogUnknownProperty(id);
       return false;

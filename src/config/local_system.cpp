@@ -30,7 +30,7 @@ const char* const kPropertyNames[] = {
     "pvrEnabled", "networkInterfaces", "oipfProfile", "pvrStatus", "onPvrStatusChange",
 };
 const EventProperty kEvents[] = {{"onPvrStatusChange", kPvrStatusChange}};
-const EventTable kEventTable = ORV_EVENT_TABLE(kEvents);
+const EventTable kEventTable = ORV_EVENT_TABLE(kEvents, TypeRule::kFail, EmptyRead::kNull);
 
 bool Text(MwHandle text, NPVariant* result) {
   NP_UtilsHbbtvStringToResult(text, result);
@@ -73,7 +73,7 @@ struct LocalSystem : StatusKind<LocalSystem> {
         if (!MwLocalSystemGetPvrEnabled(h)) return false;
         SetBool(result, MwLocalSystemGetPvrStatus(h) != 0);
         return true;
-      case kOnPvrStatusChange: return ReadStatusListener(r, result);
+      case kOnPvrStatusChange: return ReadListenerProperty(r, kEventTable, 0, result);
       default: return false;
     }
   }

@@ -16,7 +16,7 @@ enum Property { kIpAddress, kMacAddress, kConnected, kEnabled, kOnNetworkStatusC
 const char* const kPropertyNames[] = {"ipAddress", "macAddress", "connected", "enabled",
                                       "onNetworkStatusChange"};
 const EventProperty kEvents[] = {{"onNetworkStatusChange", kNetworkStatusChange}};
-const EventTable kEventTable = ORV_EVENT_TABLE(kEvents);
+const EventTable kEventTable = ORV_EVENT_TABLE(kEvents, TypeRule::kFail, EmptyRead::kNull);
 
 // Only the listener property can be written; the interface's state is the receiver's.
 struct NetworkInterface : StatusKind<NetworkInterface> {
@@ -34,7 +34,7 @@ struct NetworkInterface : StatusKind<NetworkInterface> {
       case kMacAddress: NP_UtilsHbbtvStringToResult(MwNetworkInterfaceGetMacAddress(h), result); return true;
       case kConnected: SetBool(result, MwNetworkInterfaceIsConnected(h) != 0); return true;
       case kEnabled: SetBool(result, MwNetworkInterfaceIsEnabled(h) != 0); return true;
-      case kOnNetworkStatusChange: return ReadStatusListener(r, result);
+      case kOnNetworkStatusChange: return ReadListenerProperty(r, kEventTable, 0, result);
       default: return false;
     }
   }

@@ -7,18 +7,10 @@
 #include "frame/events.h"
 #include "frame/frame.h"
 
-// The onXxx status property: the listener, retained, or Null and a failed read.
-bool ReadStatusListener(ObjectRecord* r, NPVariant* result);
-// addEventListener(type, listener): a String type that begins the event's
-// name (the empty one included) adds the listener; any other type fails.
-// removeEventListener(listener, ...) removes that listener's newest
-// registration. Other methods fail.
-bool InvokeStatusMethod(ObjectRecord* r, const EventTable& table, int method, const NPVariant* args,
-                        uint32_t count);
 // The status event of `list`'s head: one Int32.
 void PostStatus(RecordList& list, MwHandle handle, uint32_t event, int32_t status);
 
-enum StatusMethod { kAddEventListener, kRemoveEventListener };
+// addEventListener and removeEventListener, answered by the frame.
 extern const char* const kStatusMethodNames[2];
 
 // A handed-out kind with one status event: K states its properties, its
@@ -38,7 +30,8 @@ struct StatusKind : HandedOutKind<K> {
   static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
                      NPVariant*) {
     ObjectRecord* r = K::Find(object);
-    return r && InvokeStatusMethod(r, K::Events(), K::Methods().Find(id), args, count);
+    bool ok = false;
+    return r && ListenerCall(r, K::Events(), id, args, count, &ok) && ok;
   }
 };
 

@@ -18,7 +18,7 @@ const char* const kPropertyNames[] = {"onDRMMessageResult", "onDRMSystemMessage"
 const char* const kMethodNames[] = {"sendDRMMessage", "addEventListener", "removeEventListener"};
 const EventProperty kEvents[] = {{"onDRMMessageResult", kMessageResult},
                                  {"onDRMSystemMessage", kSystemMessage}};
-const EventTable kEventTable = ORV_EVENT_TABLE(kEvents);
+const EventTable kEventTable = ORV_EVENT_TABLE(kEvents, TypeRule::kIgnore, EmptyRead::kNoValue);
 
 // A String argument's characters; empty for a missing or non-String argument.
 MwString StringArg(const NPVariant* args, uint32_t count, uint32_t i) {
@@ -35,26 +35,14 @@ struct DrmAgent : InstanceKindBase<DrmAgent, DrmAgentRecord> {
                      NPVariant* result) {
     DrmAgentRecord* r = Find(object);
     if (!r) return false;
-    switch (Methods().Find(id)) {
-      case kSendMessage: {
-        if (!r->handle) return false;
-        MwString type = StringArg(args, count, 0);
-        MwString message = StringArg(args, count, 1);
-        MwString system = StringArg(args, count, 2);
-        NP_UtilsHbbtvStringToResult(MwDrmAgentSendMessage(r->handle, &type, &message, &system),
-                                    result);
-        return false;  // the page sees the call fail
-      }
-      case kAddEventListener:
-        if (count >= 2 && IsString(args[0]))
-          AddListenerByType(r, kEventTable, ArgString(args[0]), &args[1]);
-        return true;
-      case kRemoveEventListener:
-        NP_UtilsRemoveFirstArgumentListener(r, args, count);
-        return true;
-      default:
-        return false;
-    }
+    bool ok;
+    if (ListenerCall(r, kEventTable, id, args, count, &ok)) return ok;
+    if (Methods().Find(id) != kSendMessage || !r->handle) return false;
+    MwString type = StringArg(args, count, 0);
+    MwString message = StringArg(args, count, 1);
+    MwString system = StringArg(args, count, 2);
+    NP_UtilsHbbtvStringToResult(MwDrmAgentSendMessage(r->handle, &type, &message, &system), result);
+    return false;  // the page sees the call fail
   }
 
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
@@ -64,7 +52,7 @@ struct DrmAgent : InstanceKindBase<DrmAgent, DrmAgentRecord> {
       case kOnMessageResult:
         return false;  // always reported as failed, set or not
       case kOnSystemMessage:
-        return ReadListenerSlot(r, kOnSystemMessage, result);
+        return ReadListenerProperty(r, kEventTable, kOnSystemMessage, result);
       default:
         return false;
     }

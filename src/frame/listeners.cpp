@@ -114,3 +114,30 @@ void AddListenerByType(ObjectRecord* record, const EventTable& table, const MwSt
     }
   }
 }
+
+bool ListenerCall(ObjectRecord* record, const EventTable& table, NPIdentifier method, const NPVariant* args,
+                  uint32_t count, bool* ok) {
+  static const NPVariant kVoid = {NPVariantType_Void, {}};
+  if (method == g_id_removeEventListener) {
+    NP_UtilsRemoveFirstArgumentListener(record, args, count);
+    *ok = true;
+    return true;
+  }
+  if (method != g_id_addEventListener) return false;
+  const NPVariant* listener = count >= 2 ? &args[1] : &kVoid;
+  *ok = true;
+  if (count >= 1 && IsString(args[0])) {
+    // The strict rule wants the listener argument too.
+    if (table.type_rule != TypeRule::kIgnore || count >= 2) AddListenerByType(record, table, ArgString(args[0]), listener);
+  } else if (table.type_rule == TypeRule::kEmpty) {
+    AddListenerByType(record, table, MwString{0, ""}, listener);
+  } else {
+    *ok = table.type_rule != TypeRule::kFail;
+  }
+  return true;
+}
+
+bool ReadListenerProperty(const ObjectRecord* record, const EventTable& table, int slot, NPVariant* result) {
+  if (table.empty_read == EmptyRead::kNull) SetNull(result);
+  return ReadListenerSlot(record, slot, result);
+}

@@ -39,11 +39,33 @@ struct EventProperty {
   const char* name;
   uint32_t event;
 };
+// What addEventListener does with a type that is missing or no String.
+enum class TypeRule : uint8_t {
+  kIgnore,       // nothing is added; the call succeeds
+  kEmpty,        // it counts as the empty type (the first event)
+  kFail,         // the call fails
+};
+// What an empty onXxx property reads: a failed read with no value, or
+// with Null.
+enum class EmptyRead : uint8_t { kNoValue, kNull };
 struct EventTable {
   const EventProperty* entries;
   int count;
+  TypeRule type_rule;
+  EmptyRead empty_read;
 };
-#define ORV_EVENT_TABLE(entries) EventTable{entries, static_cast<int>(sizeof(entries) / sizeof(entries[0]))}
+#define ORV_EVENT_TABLE(entries, ...) \
+  EventTable{entries, static_cast<int>(sizeof(entries) / sizeof(entries[0])), __VA_ARGS__}
+
+// addEventListener(type, listener) and removeEventListener(listener, ...)
+// as every kind answers them: true when `method` is one of the two, with
+// the call's result in *ok. The type is compared as AddListenerByType does,
+// after the table's rule for a type that is no String; removal looks at the
+// first argument (NP_UtilsRemoveFirstArgumentListener).
+bool ListenerCall(ObjectRecord* record, const EventTable& table, NPIdentifier method, const NPVariant* args,
+                  uint32_t count, bool* ok);
+// The onXxx read of slot `slot` by the table's rule for an empty slot.
+bool ReadListenerProperty(const ObjectRecord* record, const EventTable& table, int slot, NPVariant* result);
 
 // The object last set through slot `slot`, or null.
 NPObject* SlotListener(const ObjectRecord* record, int slot);

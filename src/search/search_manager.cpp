@@ -17,7 +17,7 @@ const char* const kPropertyNames[] = {"onMetadataSearch"};
 const char* const kMethodNames[] = {"createSearch", "getChannelConfig", "addEventListener",
                                     "removeEventListener"};
 const EventProperty kEvents[] = {{"onMetadataSearch", kMetadataSearch}};
-const EventTable kEventTable = ORV_EVENT_TABLE(kEvents);
+const EventTable kEventTable = ORV_EVENT_TABLE(kEvents, TypeRule::kIgnore, EmptyRead::kNoValue);
 
 struct SearchManager : InstanceKindBase<SearchManager, SearchManagerRecord> {
   ORV_PROPERTY_TABLE(kPropertyNames)
@@ -27,7 +27,7 @@ struct SearchManager : InstanceKindBase<SearchManager, SearchManagerRecord> {
   // An empty onMetadataSearch fails its read.
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
     SearchManagerRecord* r = Find(object);
-    return r && Properties().Find(id) == 0 && ReadListenerSlot(r, 0, result);
+    return r && Properties().Find(id) == 0 && ReadListenerProperty(r, kEventTable, 0, result);
   }
 
   static bool SetProperty(NPObject* object, NPIdentifier id, const NPVariant* value) {
@@ -41,6 +41,8 @@ struct SearchManager : InstanceKindBase<SearchManager, SearchManagerRecord> {
                      NPVariant* result) {
     SearchManagerRecord* r = Find(object);
     if (!r || !r->handle) return false;
+    bool ok;
+    if (ListenerCall(r, kEventTable, id, args, count, &ok)) return ok;
     switch (Methods().Find(id)) {
       case kCreateSearch: {
         uint32_t target;
@@ -54,12 +56,6 @@ struct SearchManager : InstanceKindBase<SearchManager, SearchManagerRecord> {
         SetObjectOrNull(result, ChannelConfigCreate(r->instance, config));
         return true;
       }
-      case kAddEventListener:
-        if (count >= 2 && IsString(args[0])) AddListenerByType(r, kEventTable, ArgString(args[0]), &args[1]);
-        return true;
-      case kRemoveEventListener:
-        NP_UtilsRemoveFirstArgumentListener(r, args, count);
-        return true;
       default:
         return false;
     }

@@ -9,11 +9,15 @@
 NPIdentifier g_id_handleEvent;
 NPIdentifier g_id_location;
 NPIdentifier g_id_href;
+NPIdentifier g_id_addEventListener;
+NPIdentifier g_id_removeEventListener;
 
 void NP_UtilsInit() {
   g_id_handleEvent = NPN_GetStringIdentifier("handleEvent");
   g_id_location = NPN_GetStringIdentifier("location");
   g_id_href = NPN_GetStringIdentifier("href");
+  g_id_addEventListener = NPN_GetStringIdentifier("addEventListener");
+  g_id_removeEventListener = NPN_GetStringIdentifier("removeEventListener");
 }
 
 void NP_UtilsStringToResult(uint32_t length, const char* characters, NPVariant* result) {

@@ -9,6 +9,8 @@
 extern NPIdentifier g_id_handleEvent;
 extern NPIdentifier g_id_location;
 extern NPIdentifier g_id_href;
+extern NPIdentifier g_id_addEventListener;
+extern NPIdentifier g_id_removeEventListener;
 
 void NP_UtilsInit();
 // A String copy of `length` bytes (cut at an embedded NUL); Null for 0 bytes or no memory.

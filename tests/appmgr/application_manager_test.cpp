@@ -95,7 +95,8 @@ TEST_F(ManagerTest, ListenersRunInRegistrationOrder) {
 
   EXPECT_TRUE(Call(manager_, "addEventListener", {host::Str("Low"), host::Obj(low)}));
   EXPECT_TRUE(host::Set(npp_, manager_, "onLowMemory", host::Obj(prop)));
-  EXPECT_TRUE(Call(manager_, "addEventListener", {host::Str(""), host::Obj(empty)}));
+  // A type that is no String counts as the empty one: the first event.
+  EXPECT_TRUE(Call(manager_, "addEventListener", {host::Int(7), host::Obj(empty)}));
   EXPECT_TRUE(Call(manager_, "addEventListener", {host::Str("ApplicationLoadError"), host::Obj(error)}));
   EXPECT_TRUE(host::Set(npp_, manager_, "onApplicationLoadError", host::Obj(on_error)));
   EXPECT_TRUE(Call(manager_, "addEventListener", {host::Str("LowMemoryX"), host::Obj(error)}));

@@ -153,7 +153,7 @@ TEST_F(EventsTest, ListenersMayRemoveOthersAndDestroyTheRecordWhileTheyRun) {
 // object, which may be one made for another event.
 TEST_F(EventsTest, SlotsKeepWhatWasSetThroughThem) {
   const EventProperty entries[] = {{"onAlpha", 1}, {"onBeta", 2}};
-  const EventTable table = ORV_EVENT_TABLE(entries);
+  const EventTable table = ORV_EVENT_TABLE(entries, TypeRule::kIgnore, EmptyRead::kNoValue);
   NPObject* f = host::NewFunction("f");
   NPObject* g = host::NewFunction("g");
   NPVariant fv = host::Obj(f), gv = host::Obj(g), none = host::Void();
@@ -195,7 +195,7 @@ TEST_F(EventsTest, SlotsKeepWhatWasSetThroughThem) {
 
 TEST_F(EventsTest, AddByTypeMatchesAnyPrefix) {
   const EventProperty entries[] = {{"onAlpha", 1}, {"onBeta", 2}};
-  const EventTable table = ORV_EVENT_TABLE(entries);
+  const EventTable table = ORV_EVENT_TABLE(entries, TypeRule::kIgnore, EmptyRead::kNoValue);
   NPObject* f = host::NewFunction("f");
   NPVariant fv = host::Obj(f);
   // A prefix, even the empty one, selects the first event it begins.
@@ -205,6 +205,37 @@ TEST_F(EventsTest, AddByTypeMatchesAnyPrefix) {
   EXPECT_EQ(2, NP_UtilsRemoveEventListener(record_, f));
   EXPECT_EQ(1, NP_UtilsRemoveEventListener(record_, f));
   EXPECT_EQ(-1, NP_UtilsRemoveEventListener(record_, f));
+  host::Release(&fv);
+}
+
+// addEventListener's type rules: a type that is no String is ignored,
+// counts as the empty one (the first event), or fails the call.
+TEST_F(EventsTest, ListenerCallsFollowTheTablesTypeRule) {
+  const EventProperty entries[] = {{"onAlpha", 1}, {"onBeta", 2}};
+  NPObject* f = host::NewFunction("f");
+  NPVariant fv = host::Obj(f);
+  struct Case {
+    TypeRule rule;
+    bool ok;
+    int32_t added;  // the event of the registration a numeric type makes, -1 for none
+  };
+  for (const Case& c : {Case{TypeRule::kIgnore, true, -1}, Case{TypeRule::kEmpty, true, 1},
+                        Case{TypeRule::kFail, false, -1}}) {
+    const EventTable table = ORV_EVENT_TABLE(entries, c.rule, EmptyRead::kNoValue);
+    bool ok = !c.ok;
+    NPVariant numeric[] = {host::Int(3), fv};
+    ASSERT_TRUE(ListenerCall(record_, table, g_id_addEventListener, numeric, 2, &ok));
+    EXPECT_EQ(c.ok, ok);
+    EXPECT_EQ(c.added, NP_UtilsRemoveEventListener(record_, f));
+    NPVariant typed[] = {host::Str("Be"), fv};
+    ASSERT_TRUE(ListenerCall(record_, table, g_id_addEventListener, typed, 2, &ok));
+    ASSERT_TRUE(ListenerCall(record_, table, g_id_addEventListener, typed, 1, &ok));  // no listener
+    EXPECT_TRUE(ok);
+    ASSERT_TRUE(ListenerCall(record_, table, g_id_removeEventListener, &fv, 1, &ok));
+    EXPECT_TRUE(ok);
+    EXPECT_EQ(-1, NP_UtilsRemoveEventListener(record_, f)) << "one registration, removed";
+    EXPECT_FALSE(ListenerCall(record_, table, host::Id("other"), typed, 2, &ok));
+  }
   host::Release(&fv);
 }
 
