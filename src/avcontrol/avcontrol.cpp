@@ -206,20 +206,14 @@ void AVControl_onFullScreenChange(MwHandle player) {
 }
 
 void AVControl_onPlayPositionChanged(MwHandle player, int32_t position) {
-  PendingEvent ev = Event(player, DeliverOneInt, kEventPlayPositionChanged);
-  ev.numbers[0] = position;
-  PostEvent(ev);
+  PostOneInt(g_players, player, kEventPlayPositionChanged, position);
 }
 
 void AVControl_onSelectedComponentChanged(MwHandle player, int32_t componentType) {
-  PendingEvent ev = Event(player, DeliverOneInt, kEventSelectedComponentChanged);
-  ev.numbers[0] = componentType;
-  PostEvent(ev);
+  PostOneInt(g_players, player, kEventSelectedComponentChanged, componentType);
 }
 
 void AVControl_onDRMRightsError(MwHandle player, int32_t errorState, MwHandle contentId,
                                 MwHandle drmSystemId, MwHandle rightsIssuerUrl) {
-  PendingEvent ev = Event(player, DeliverRightsError, kEventDRMRightsError);
-  CaptureRightsError(&ev, errorState, contentId, drmSystemId, rightsIssuerUrl);
-  PostEvent(ev);
+  PostRightsError(g_players, player, kEventDRMRightsError, errorState, contentId, drmSystemId, rightsIssuerUrl);
 }

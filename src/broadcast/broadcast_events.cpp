@@ -107,9 +107,7 @@ void Append(char** to, const char* from, uint32_t length) {
 }  // namespace
 
 void Broadcast_onSelectedComponentChanged(MwHandle broadcast, int32_t componentType) {
-  PendingEvent ev = Event(broadcast, DeliverOneInt, kEventSelectedComponentChanged);
-  ev.numbers[0] = componentType;
-  PostEvent(ev);
+  PostOneInt(BroadcastList(), broadcast, kEventSelectedComponentChanged, componentType);
 }
 
 void Broadcast_onFullScreenChange(MwHandle broadcast) {
@@ -175,16 +173,13 @@ void Broadcast_onPlaySpeedChanged(MwHandle broadcast, float speed) {
 }
 
 void Broadcast_onPlayPositionChanged(MwHandle broadcast, int32_t position) {
-  PendingEvent ev = Event(broadcast, DeliverOneInt, kEventPlayPositionChanged);
-  ev.numbers[0] = position;
-  PostEvent(ev);
+  PostOneInt(BroadcastList(), broadcast, kEventPlayPositionChanged, position);
 }
 
 void Broadcast_onDRMRightsError(MwHandle broadcast, int32_t errorState, MwHandle contentId,
                                 MwHandle drmSystemId, MwHandle rightsIssuerUrl) {
-  PendingEvent ev = Event(broadcast, DeliverRightsError, kEventDRMRightsError);
-  CaptureRightsError(&ev, errorState, contentId, drmSystemId, rightsIssuerUrl);
-  PostEvent(ev);
+  PostRightsError(BroadcastList(), broadcast, kEventDRMRightsError, errorState, contentId, drmSystemId,
+                  rightsIssuerUrl);
 }
 
 void Broadcast_onStreamEvent(MwHandle broadcast, uint32_t listenerKind, const MwStreamEvent* event) {

@@ -95,5 +95,5 @@ NPObject* LocalSystemCreate(NPP instance, MwHandle localSystem) {
 MwHandle LocalSystemGetHandle(NPObject* object) { return HandleOf<LocalSystem>(object); }
 
 void LocalSystem_onPvrStatusChange(MwHandle localSystem, int32_t status) {
-  PostStatus(g_local_systems, localSystem, kPvrStatusChange, status);
+  PostOneInt(g_local_systems, localSystem, kPvrStatusChange, status);
 }

@@ -51,7 +51,7 @@ NPObject* NetworkInterfaceCreate(NPP instance, MwHandle networkInterface) {
 MwHandle NetworkInterfaceGetHandle(NPObject* object) { return HandleOf<NetworkInterface>(object); }
 
 void NetworkInterface_onNetworkStatusChange(MwHandle networkInterface, int32_t status) {
-  PostStatus(g_interfaces, networkInterface, kNetworkStatusChange, status);
+  PostOneInt(g_interfaces, networkInterface, kNetworkStatusChange, status);
 }
 
 extern const CollectionItemKind kNetworkInterfaceItems = {NetworkInterfaceCreate, false, nullptr, 0};

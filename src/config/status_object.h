@@ -4,11 +4,9 @@
 #ifndef ORVANE_CONFIG_STATUS_OBJECT_H
 #define ORVANE_CONFIG_STATUS_OBJECT_H
 
-#include "frame/events.h"
+#include "frame/event_arguments.h"
 #include "frame/frame.h"
 
-// The status event of `list`'s head: one Int32.
-void PostStatus(RecordList& list, MwHandle handle, uint32_t event, int32_t status);
 
 // addEventListener and removeEventListener, answered by the frame.
 extern const char* const kStatusMethodNames[2];

@@ -35,10 +35,18 @@ void DeliverRightsError(ObjectRecord* target, PendingEvent* ev) {
   DeliverToListeners(target, ev->event, args, 4);
 }
 
-void CaptureRightsError(PendingEvent* ev, int32_t errorState, MwHandle contentId,
-                        MwHandle drmSystemId, MwHandle rightsIssuerUrl) {
-  ev->numbers[0] = errorState;
-  ev->owned[0] = contentId;
-  ev->owned[1] = drmSystemId;
-  ev->owned[2] = rightsIssuerUrl;
+void PostOneInt(RecordList& list, MwHandle target, uint32_t event, int32_t value) {
+  PendingEvent ev = EventFor(list, DeliverOneInt, target, event);
+  ev.numbers[0] = value;
+  PostEvent(ev);
+}
+
+void PostRightsError(RecordList& list, MwHandle target, uint32_t event, int32_t errorState,
+                     MwHandle contentId, MwHandle drmSystemId, MwHandle rightsIssuerUrl) {
+  PendingEvent ev = EventFor(list, DeliverRightsError, target, event);
+  ev.numbers[0] = errorState;
+  ev.owned[0] = contentId;
+  ev.owned[1] = drmSystemId;
+  ev.owned[2] = rightsIssuerUrl;
+  PostEvent(ev);
 }

@@ -13,9 +13,12 @@ void DeliverOneInt(ObjectRecord* target, PendingEvent* event);
 // (undefined when none), owned[1] the DRM system id (always converted),
 // owned[2] the rights issuer URL (undefined when none).
 void DeliverRightsError(ObjectRecord* target, PendingEvent* event);
-// Puts a rights error's values where DeliverRightsError reads them; the
-// strings are taken over by the event.
-void CaptureRightsError(PendingEvent* event, int32_t errorState, MwHandle contentId,
-                        MwHandle drmSystemId, MwHandle rightsIssuerUrl);
+
+// Any thread: posts the event `event` with one Int32 for the object with
+// `target` on `list`.
+void PostOneInt(RecordList& list, MwHandle target, uint32_t event, int32_t value);
+// Any thread: posts a rights error; the strings are taken over by the event.
+void PostRightsError(RecordList& list, MwHandle target, uint32_t event, int32_t errorState,
+                     MwHandle contentId, MwHandle drmSystemId, MwHandle rightsIssuerUrl);
 
 #endif
