@@ -215,5 +215,6 @@ void AVControl_onSelectedComponentChanged(MwHandle player, int32_t componentType
 
 void AVControl_onDRMRightsError(MwHandle player, int32_t errorState, MwHandle contentId,
                                 MwHandle drmSystemId, MwHandle rightsIssuerUrl) {
-  PostRightsError(g_players, player, kEventDRMRightsError, errorState, contentId, drmSystemId, rightsIssuerUrl);
+  PostRightsError(g_players, player, kEventDRMRightsError, errorState, contentId, drmSystemId,
+                  rightsIssuerUrl);
 }

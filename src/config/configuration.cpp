@@ -110,16 +110,9 @@ struct OipfConfiguration : HandleWithObjectKind<OipfConfiguration, OipfConfigura
 
 }  // namespace
 
-extern const InstanceKind kConfigurationKind =
-    ScriptObjectKind<OipfConfigurationCreate, OipfConfigurationDestroy>(
-        "application/oipfconfiguration", kKindConfiguration, &g_configurations);
-
-OipfConfigurationRecord* OipfConfigurationCreate(NPP instance) {
-  return OpenInstance<OipfConfiguration>(instance, kKindConfiguration, MwConfigurationOpen);
-}
-
-// A record that is not on the list is left as it is.
-void OipfConfigurationDestroy(OipfConfigurationRecord* r) { DestroyInstance(g_configurations, r); }
+ORV_OPENED_INSTANCE_KIND(kConfigurationKind, OipfConfiguration, g_configurations,
+                         "application/oipfconfiguration", kKindConfiguration, OipfConfigurationCreate,
+                         OipfConfigurationDestroy, MwConfigurationOpen)
 
 NPObject* ConfigurationCreate(NPP instance, MwHandle configuration) {
   Configuration::Properties().Intern();

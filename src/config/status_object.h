@@ -7,7 +7,6 @@
 #include "frame/event_arguments.h"
 #include "frame/frame.h"
 
-
 // addEventListener and removeEventListener, answered by the frame.
 extern const char* const kStatusMethodNames[2];
 

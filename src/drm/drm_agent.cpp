@@ -90,14 +90,8 @@ void DeliverSystemMessage(ObjectRecord* target, PendingEvent* ev) {
 
 }  // namespace
 
-extern const InstanceKind kDrmAgentKind = ScriptObjectKind<OipfDrmAgentCreate, OipfDrmAgentDestroy>(
-    "application/oipfdrmagent", kKindDrmAgent, &g_agents);
-
-DrmAgentRecord* OipfDrmAgentCreate(NPP instance) {
-  return OpenInstance<DrmAgent>(instance, kKindDrmAgent, MwDrmAgentCreate);
-}
-
-void OipfDrmAgentDestroy(DrmAgentRecord* r) { DestroyInstance(g_agents, r); }
+ORV_OPENED_INSTANCE_KIND(kDrmAgentKind, DrmAgent, g_agents, "application/oipfdrmagent", kKindDrmAgent,
+                         OipfDrmAgentCreate, OipfDrmAgentDestroy, MwDrmAgentCreate)
 
 void DrmAgent_onDRMMessageResult(MwHandle agent, MwHandle messageId, MwHandle resultMessage,
                                  int32_t resultCode) {

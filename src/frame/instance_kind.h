@@ -60,6 +60,16 @@ constexpr InstanceKind ScriptObjectKind(const char* mime, uint32_t kind, RecordL
           nullptr, nullptr, list};
 }
 
+// The whole tail of a page-instance kind K on `list`: its InstanceKind
+// `kind_var`, the exported creator `Create` (opens the middleware's object
+// with `open`, given the new script object or nothing) and destroyer
+// `Destroy` (ends the instance; a record that is not on the list is left as
+// it is).
+#define ORV_OPENED_INSTANCE_KIND(kind_var, K, list, mime, number, Create, Destroy, open)         \
+  extern const InstanceKind kind_var = ScriptObjectKind<Create, Destroy>(mime, number, &(list)); \
+  K::Record* Create(NPP instance) { return OpenInstance<K>(instance, number, open); }            \
+  void Destroy(K::Record* r) { DestroyInstance(list, r); }
+
 // The kinds in the order their MIME types are compared; null-terminated.
 extern const InstanceKind* const g_instance_kinds[];
 

@@ -128,7 +128,8 @@ bool ListenerCall(ObjectRecord* record, const EventTable& table, NPIdentifier me
   *ok = true;
   if (count >= 1 && IsString(args[0])) {
     // The strict rule wants the listener argument too.
-    if (table.type_rule != TypeRule::kIgnore || count >= 2) AddListenerByType(record, table, ArgString(args[0]), listener);
+    if (table.type_rule != TypeRule::kIgnore || count >= 2)
+      AddListenerByType(record, table, ArgString(args[0]), listener);
   } else if (table.type_rule == TypeRule::kEmpty) {
     AddListenerByType(record, table, MwString{0, ""}, listener);
   } else {

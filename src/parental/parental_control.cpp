@@ -29,13 +29,6 @@ struct ParentalControl : HandleWithObjectKind<ParentalControl, ParentalControlRe
 
 }  // namespace
 
-extern const InstanceKind kParentalControlKind =
-    ScriptObjectKind<OipfParentalControlManagerCreate, OipfParentalControlManagerDestroy>(
-        "application/oipfparentalcontrolmanager", kKindParentalControlManager, &g_managers);
-
-ParentalControlRecord* OipfParentalControlManagerCreate(NPP instance) {
-  return OpenInstance<ParentalControl>(instance, kKindParentalControlManager, MwParentalControlOpen);
-}
-
-// A record that is not on the list stays allocated.
-void OipfParentalControlManagerDestroy(ParentalControlRecord* r) { DestroyInstance(g_managers, r); }
+ORV_OPENED_INSTANCE_KIND(kParentalControlKind, ParentalControl, g_managers,
+                         "application/oipfparentalcontrolmanager", kKindParentalControlManager, OipfParentalControlManagerCreate,
+                         OipfParentalControlManagerDestroy, MwParentalControlOpen)

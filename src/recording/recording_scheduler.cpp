@@ -92,13 +92,6 @@ struct RecordingScheduler : HandleWithObjectKind<RecordingScheduler, RecordingSc
 
 }  // namespace
 
-extern const InstanceKind kRecordingSchedulerKind =
-    ScriptObjectKind<OipfRecordingSchedulerCreate, OipfRecordingSchedulerDestroy>(
-        "application/oipfrecordingscheduler", kKindRecordingScheduler, &g_schedulers);
-
-RecordingSchedulerRecord* OipfRecordingSchedulerCreate(NPP instance) {
-  return OpenInstance<RecordingScheduler>(instance, kKindRecordingScheduler, MwRecordingSchedulerOpen);
-}
-
-// A record that is not on the list stays allocated.
-void OipfRecordingSchedulerDestroy(RecordingSchedulerRecord* r) { DestroyInstance(g_schedulers, r); }
+ORV_OPENED_INSTANCE_KIND(kRecordingSchedulerKind, RecordingScheduler, g_schedulers,
+                         "application/oipfrecordingscheduler", kKindRecordingScheduler,
+                         OipfRecordingSchedulerCreate, OipfRecordingSchedulerDestroy, MwRecordingSchedulerOpen)

@@ -83,15 +83,8 @@ void DeliverSearch(ObjectRecord* target, PendingEvent* ev) {
 
 }  // namespace
 
-extern const InstanceKind kSearchManagerKind = ScriptObjectKind<SearchManagerCreate, SearchManagerDestroy>(
-    "application/oipfsearchmanager", kKindSearchManager, &g_managers);
-
-SearchManagerRecord* SearchManagerCreate(NPP instance) {
-  return OpenInstance<SearchManager>(instance, kKindSearchManager, MwSearchManagerOpen);
-}
-
-// A record that is not on the list is left as it is.
-void SearchManagerDestroy(SearchManagerRecord* r) { DestroyInstance(g_managers, r); }
+ORV_OPENED_INSTANCE_KIND(kSearchManagerKind, SearchManager, g_managers, "application/oipfsearchmanager",
+                         kKindSearchManager, SearchManagerCreate, SearchManagerDestroy, MwSearchManagerOpen)
 
 void SearchManager_onMetadataSearch(MwHandle manager, MwHandle search, int32_t state) {
   PendingEvent ev = EventFor(g_managers, DeliverSearch, manager, kMetadataSearch);
