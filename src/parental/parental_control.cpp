@@ -30,5 +30,6 @@ struct ParentalControl : HandleWithObjectKind<ParentalControl, ParentalControlRe
 }  // namespace
 
 ORV_OPENED_INSTANCE_KIND(kParentalControlKind, ParentalControl, g_managers,
-                         "application/oipfparentalcontrolmanager", kKindParentalControlManager, OipfParentalControlManagerCreate,
-                         OipfParentalControlManagerDestroy, MwParentalControlOpen)
+                         "application/oipfparentalcontrolmanager", kKindParentalControlManager,
+                         OipfParentalControlManagerCreate, OipfParentalControlManagerDestroy,
+                         MwParentalControlOpen)
