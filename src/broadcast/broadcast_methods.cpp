@@ -159,7 +159,8 @@ bool BroadcastInvoke(NPObject* object, NPIdentifier id, const NPVariant* args, u
   switch (method < 0 ? -1 : method + kFirstMethod) {
     case kMethodGetChannelConfig: return GetChannelConfig(r, result);
     case kMethodBindToCurrentChannel:
-      // Binding reports failure and doing nothing reports success: intended.
+      // Binding reports failure and doing nothing reports success: the page
+      // learns the outcome from the play state events, not from the call.
       if (count != 0) return true;
       MwBroadcastBindToCurrentChannel(h);
       return false;

@@ -79,7 +79,7 @@ void DeliverMessageResult(ObjectRecord* target, PendingEvent* ev) {
 
 // A system message (message, system id) goes to the DRMMessageResult
 // listeners (event 0); listeners registered for DRMSystemMessage are never
-// called. Intended.
+// called, and pages written for this receiver listen on DRMMessageResult.
 void DeliverSystemMessage(ObjectRecord* target, PendingEvent* ev) {
   if (!target) return;
   NPVariant args[2];

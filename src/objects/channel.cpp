@@ -68,7 +68,7 @@ struct Channel : HandedOutKind<Channel> {
       }
       case kLocked: SetBool(result, MwChannelIsLocked(h) != 0); return true;
       case kShortName: NP_UtilsHbbtvStringToResult(MwChannelGetShortName(h), result); return true;
-      // A flag, not the DVB running-status code: intended.
+      // A flag, not the DVB running-status code: pages test it for truth.
       case kRunningStatus: SetBool(result, MwChannelGetRunningStatus(h) != 0); return true;
       case kHidden: SetBool(result, MwChannelIsHidden(h) != 0); return true;
       case kOpalChannelType: SetInt(result, MwChannelGetOpalChannelType(h)); return true;

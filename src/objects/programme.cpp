@@ -133,7 +133,8 @@ struct Programme : HandedOutKind<Programme> {
     if (!r || Methods().Find(id) != 0) return false;
     uint32_t tag;
     if (count < 1 || count > 2 || !NP_UtilsGetU32BIT(&args[0], &tag)) return false;
-    // An extension that cannot be read counts as none given: intended.
+    // An extension that cannot be read counts as none given, as a page
+    // that passes no extension expects.
     int32_t extension = -1;
     uint32_t value;
     if (count == 2 && NP_UtilsGetU32BIT(&args[1], &value)) extension = static_cast<int32_t>(value);

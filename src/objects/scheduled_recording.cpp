@@ -69,7 +69,8 @@ struct ScheduledRecording : HandedOutKind<ScheduledRecording> {
 
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
     ObjectRecord* r = Find(object);
-    // Without a record or a handle every read succeeds with no value: intended.
+    // Without a record or a handle every read succeeds with no value, so a
+    // page reading a recording that went sees undefined, not an error.
     if (!r || !r->handle) {
       SetVoid(result);
       return true;
