@@ -11,7 +11,7 @@
 #include "runner/log.h"
 #include "runner/network.h"
 #include "sim/appmgr_sim.h"
-#include "sim/receiver.h"
+#include "sim/receiver_sim.h"
 
 namespace {
 

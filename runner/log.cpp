@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <mutex>
 
-#include "sim/core.h"
-#include "sim/receiver.h"
+#include "sim/sim.h"
+#include "sim/receiver_sim.h"
 
 namespace runlog {
 namespace {
@@ -29,12 +29,8 @@ QString Annotated(const std::string& arg) {
   bool number = false;
   unsigned long handle = text.toULong(&number);
   if (!number || handle < 256) return text;
-  std::shared_ptr<sim::Object> object = sim::Lookup(static_cast<MwHandle>(handle));
-  if (auto s = std::dynamic_pointer_cast<sim::StringObject>(object))
-    return text + " \"" + QString::fromStdString(s->text) + "\"";
-  if (auto c = std::dynamic_pointer_cast<sim::ChannelObject>(object))
-    return text + " (" + QString::fromStdString(c->name) + ")";
-  return text;
+  std::string label = sim::HandleLabel(static_cast<MwHandle>(handle));
+  return label.empty() ? text : text + " " + QString::fromStdString(label);
 }
 
 QStringList* g_capture = nullptr;  // under Out()

@@ -22,7 +22,7 @@
 #include "runner/video_plane.h"
 #include "runner/watchdog.h"
 #include "sim/description.h"
-#include "sim/media_engine.h"
+#include "sim/media_sim.h"
 #include "sim/sim.h"
 
 namespace {

@@ -9,7 +9,7 @@
 #include <QTimer>
 
 #include "runner/log.h"
-#include "sim/receiver.h"
+#include "sim/receiver_sim.h"
 
 namespace {
 

@@ -15,7 +15,7 @@
 #include <QTimer>
 #include <QUrl>
 
-#include "sim/media_engine.h"
+#include "sim/media_sim.h"
 
 class RealMedia : public QObject, public sim::MediaEngine {
   Q_OBJECT

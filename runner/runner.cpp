@@ -18,7 +18,7 @@
 #include "runner/screen.h"
 #include "runner/video_plane.h"
 #include "sim/appmgr_sim.h"
-#include "sim/receiver.h"
+#include "sim/receiver_sim.h"
 #include "sim/sim.h"
 
 Runner::Runner(const Options& options) : options_(options) {

@@ -6,7 +6,7 @@
 
 #include "runner/real_media.h"
 #include "sim/avcontrol_sim.h"
-#include "sim/receiver.h"
+#include "sim/receiver_sim.h"
 
 namespace {
 
@@ -30,9 +30,8 @@ QRect RectArg(const sim::Call& c, size_t i) {
 }
 
 QString PresentedChannelName() {
-  std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-  auto channel = sim::Find<sim::ChannelObject>(sim::CurrentChannel());
-  return channel ? QString::fromStdString(channel->name) : QString("no channel");
+  std::string name = sim::CurrentChannelName();
+  return name.empty() ? QString("no channel") : QString::fromStdString(name);
 }
 
 std::mutex g_mu;

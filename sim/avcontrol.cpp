@@ -13,7 +13,7 @@
 #include "middleware/avcontrol.h"
 #include "sim/avcontrol_sim.h"
 #include "sim/core.h"
-#include "sim/media_engine.h"
+#include "sim/media_sim.h"
 #include "sim/receiver.h"
 
 namespace {

@@ -146,6 +146,17 @@ MwHandle CurrentChannel() {
   return rx.current < rx.channels.size() ? rx.channels[rx.current] : 0;
 }
 
+std::string CurrentChannelName() {
+  return Answer<ChannelObject>(CurrentChannel(), std::string(), [](ChannelObject& c) { return c.name; });
+}
+
+std::string HandleLabel(MwHandle handle) {
+  std::shared_ptr<Object> object = Lookup(handle);
+  if (auto s = std::dynamic_pointer_cast<StringObject>(object)) return "\"" + s->text + "\"";
+  if (auto c = std::dynamic_pointer_cast<ChannelObject>(object)) return "(" + c->name + ")";
+  return "";
+}
+
 void LoadDefaultReceiver() {
   std::lock_guard<std::recursive_mutex> lock(Mutex());
   Receiver& rx = Rx();

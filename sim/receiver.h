@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "sim/core.h"
+#include "sim/receiver_sim.h"
 
 namespace sim {
 
@@ -53,14 +54,6 @@ struct StreamEventSpec {
   int32_t delay_ms = 20;  // after a listener for it is registered
   int32_t repeat_ms = 0;  // 0: once
   int32_t component_tag = -1;  // the carousel component that carries it; -1: any
-};
-
-// An application a service signals in its AIT.
-struct AitEntry {
-  int32_t org_id = 0, app_id = 0;
-  std::string url;            // absolute (relative ones are taken from the description's folder)
-  bool autostart = false;     // control code AUTOSTART (else PRESENT)
-  bool broadcast_related = true;
 };
 
 struct ChannelObject : Object {
@@ -194,12 +187,6 @@ int32_t ReceiverNow();
 int64_t RealMsFor(int64_t seconds);
 // The recordings take up the clock's new rate.
 void FollowRecordings();
-// The channel the receiver presents (0 when it has none).
-MwHandle CurrentChannel();
-// The current channel's AIT entry for "ORG.APP" (hexadecimal, as in
-// dvb://current.ait/ORG.APP), or its AUTOSTART application for an empty
-// id; false when it signals none.
-bool FindAitEntry(const std::string& org_app, AitEntry* out);
 // Whether a dvb: URL names the current service: dvb://ONID.TSID.SID[.TAG]
 // (hexadecimal), dvb://current or dvb://current.ait, with anything after
 // it; `tag` gets the component tag or -1.
@@ -212,10 +199,6 @@ bool NamesCurrentService(const std::string& url, int32_t* tag);
 // URL's own component tag counts.
 enum StreamEventObject { kNoPath, kObject, kNoObject };
 StreamEventObject FindStreamEventObject(const std::string& url, int32_t* tag);
-// The file for `url` (a dvb:// URL of the current service, see above) in
-// the current channel's carousel folder; empty when the URL names another
-// service or no carousel, or leaves the folder.
-std::string CarouselFile(const std::string& url);
 
 // Lets a subsystem drop its runtime state on sim::Reset.
 struct ResetHook {

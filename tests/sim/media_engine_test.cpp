@@ -5,7 +5,7 @@
 
 #include "sim/avcontrol_sim.h"
 #include "sim/description.h"
-#include "sim/media_engine.h"
+#include "sim/media_sim.h"
 #include "sim_fixture.h"
 
 namespace simtest {

@@ -4,8 +4,8 @@
 // (playlist, queue, loop, full screen, events) and take play states,
 // duration, position, end and errors from the engine. Without an engine,
 // or for URLs it leaves, players play the simulated media.
-#ifndef ORVANE_SIM_MEDIA_ENGINE_H
-#define ORVANE_SIM_MEDIA_ENGINE_H
+#ifndef ORVANE_SIM_MEDIA_SIM_H
+#define ORVANE_SIM_MEDIA_SIM_H
 
 #include <cstdint>
 #include <string>
