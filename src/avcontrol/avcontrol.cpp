@@ -45,22 +45,6 @@ const EventProperty kEvents[] = {
 };
 const EventTable kEventTable = ORV_EVENT_TABLE(kEvents, TypeRule::kIgnore, EmptyRead::kNull);
 
-struct AVControl : InstanceKindBase<AVControl, AVControlRecord> {
-  static NameTable& Properties() { return AVControlProperties(); }
-  static NameTable& Methods() { return AVControlMethods(); }
-  static RecordList& List() { return g_players; }
-
-  static bool Invoke(NPObject* o, NPIdentifier id, const NPVariant* args, uint32_t n, NPVariant* r) {
-    return AVControlInvoke(o, id, args, n, r);
-  }
-  static bool GetProperty(NPObject* o, NPIdentifier id, NPVariant* r) {
-    return AVControlGetProperty(o, id, r);
-  }
-  static bool SetProperty(NPObject* o, NPIdentifier id, const NPVariant* v) {
-    return AVControlSetProperty(o, id, v);
-  }
-};
-
 MwHandle CreatePlayer(uint32_t kind) {
   switch (kind) {
     case kKindVideoMpeg: return MwAVCreateVideoMpeg();
@@ -133,21 +117,19 @@ extern const InstanceKind kAudioMp4Kind = {
     false, false, nullptr, nullptr, &g_players,
 };
 
-RecordList& AVControlList() { return g_players; }
+RecordList& AVControl::List() { return g_players; }
 
-NameTable& AVControlProperties() {
+NameTable& AVControl::Properties() {
   static NameTable t(kPropertyNames);
   return t;
 }
 
-NameTable& AVControlMethods() {
+NameTable& AVControl::Methods() {
   static NameTable t(kMethodNames);
   return t;
 }
 
-const EventTable& AVControlEvents() { return kEventTable; }
-
-AVControlRecord* AVControlFind(NPObject* object) { return AVControl::Find(object); }
+const EventTable& AVControl::Events() { return kEventTable; }
 
 AVControlRecord* AVControlCreate(NPP instance, uint32_t kind, const char*, const char* data,
                                  int32_t width, int32_t height) {

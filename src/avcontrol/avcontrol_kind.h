@@ -1,5 +1,6 @@
-// Inside the A/V control kind: its list, names and operations, shared by its
-// source files.
+// The A/V control kind as one declaration: its list, names, events and the
+// operations its script class is made of, defined across its source files
+// (life cycle in avcontrol.cpp, properties, methods and window in their own).
 #ifndef ORVANE_AVCONTROL_AVCONTROL_KIND_H
 #define ORVANE_AVCONTROL_AVCONTROL_KIND_H
 
@@ -58,18 +59,19 @@ enum AVControlEvent : uint32_t {
   kEventDRMRightsError = 19,
 };
 
-RecordList& AVControlList();
-NameTable& AVControlProperties();
-NameTable& AVControlMethods();
-// The event properties as the listener table; slot i is property
-// kFirstEventProperty + i.
-const EventTable& AVControlEvents();
-AVControlRecord* AVControlFind(NPObject* object);
+struct AVControl : InstanceKindBase<AVControl, AVControlRecord> {
+  static RecordList& List();
+  static NameTable& Properties();
+  static NameTable& Methods();
+  // The event properties as the listener table; slot i is property
+  // kFirstEventProperty + i.
+  static const EventTable& Events();
 
-bool AVControlGetProperty(NPObject* object, NPIdentifier id, NPVariant* result);
-bool AVControlSetProperty(NPObject* object, NPIdentifier id, const NPVariant* value);
-bool AVControlInvoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
+  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result);
+  static bool SetProperty(NPObject* object, NPIdentifier id, const NPVariant* value);
+  static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
                      NPVariant* result);
+};
 
 // The characters of `v` in a new NUL-terminated buffer (from malloc; the
 // empty text for anything but a String); null when memory is short.

@@ -87,15 +87,15 @@ bool SetSource(AVControlRecord* r, const NPVariant* args, uint32_t count) {
 
 }  // namespace
 
-bool AVControlInvoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
-                     NPVariant* result) {
-  AVControlRecord* r = AVControlFind(object);
+bool AVControl::Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
+                       NPVariant* result) {
+  AVControlRecord* r = Find(object);
   if (!r) return false;
   bool ok;
-  if (ListenerCall(r, AVControlEvents(), id, args, count, &ok)) return ok;
+  if (ListenerCall(r, Events(), id, args, count, &ok)) return ok;
   MwHandle h = r->handle;
   uint32_t n;
-  switch (AVControlMethods().Find(id)) {
+  switch (Methods().Find(id)) {
     case kMethodPlay: return count < 1 || !NP_UtilsGetU32BIT(&args[0], &n) || Answer(MwAVPlay(h, n), result);
     case kMethodStop: return Answer(MwAVStop(h), result);
     case kMethodSeek: return !OneNumber(args, count, &n) || Answer(MwAVSeek(h, n), result);

@@ -51,11 +51,11 @@ char* AVControlTextCopy(const NPVariant& v, MwString* text) {
   return copy;
 }
 
-bool AVControlGetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-  AVControlRecord* r = AVControlFind(object);
+bool AVControl::GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
+  AVControlRecord* r = Find(object);
   if (!r) return false;
   MwHandle h = r->handle;
-  int index = AVControlProperties().Find(id);
+  int index = Properties().Find(id);
   switch (index) {
     case kPropData: NP_UtilsHbbtvStringToResult(MwAVGetData(h), result); return true;
     case kPropPlayPosition: return Int(MwAVGetPlayPosition(h), result);
@@ -77,15 +77,15 @@ bool AVControlGetProperty(NPObject* object, NPIdentifier id, NPVariant* result) 
       return ReadListenerSlot(r, 0, result);
     default:
       if (index > kPropOnPlayStateChange)
-        return ReadListenerProperty(r, AVControlEvents(), index - kFirstEventProperty, result);
+        return ReadListenerProperty(r, Events(), index - kFirstEventProperty, result);
       return false;
   }
 }
 
-bool AVControlSetProperty(NPObject* object, NPIdentifier id, const NPVariant* value) {
-  AVControlRecord* r = AVControlFind(object);
+bool AVControl::SetProperty(NPObject* object, NPIdentifier id, const NPVariant* value) {
+  AVControlRecord* r = Find(object);
   if (!r) return false;
-  int index = AVControlProperties().Find(id);
+  int index = Properties().Find(id);
   uint32_t number;
   switch (index) {
     case kPropData: return SetData(r, *value);
@@ -98,7 +98,7 @@ bool AVControlSetProperty(NPObject* object, NPIdentifier id, const NPVariant* va
     case kPropHeight: return SetSize(r, *value, false);
     default:
       if (index >= kFirstEventProperty) {
-        WriteListenerSlot(r, AVControlEvents(), index - kFirstEventProperty, value);
+        WriteListenerSlot(r, Events(), index - kFirstEventProperty, value);
         return true;
       }
       return false;  // read-only or unknown

@@ -45,22 +45,6 @@ static_assert(sizeof(kEvents) / sizeof(kEvents[0]) == kLastEvent - kFirstEvent +
 static_assert(sizeof(kMethodNames) / sizeof(kMethodNames[0]) == kMethodStopRecording - kFirstMethod + 1,
               "19 methods");
 
-struct Broadcast : InstanceKindBase<Broadcast, BroadcastRecord> {
-  static NameTable& Properties() { return BroadcastProperties(); }
-  static NameTable& Methods() { return BroadcastMethods(); }
-  static RecordList& List() { return g_broadcasts; }
-
-  static bool Invoke(NPObject* o, NPIdentifier id, const NPVariant* args, uint32_t n, NPVariant* r) {
-    return BroadcastInvoke(o, id, args, n, r);
-  }
-  static bool GetProperty(NPObject* o, NPIdentifier id, NPVariant* r) {
-    return BroadcastGetProperty(o, id, r);
-  }
-  static bool SetProperty(NPObject* o, NPIdentifier id, const NPVariant* v) {
-    return BroadcastSetProperty(o, id, v);
-  }
-};
-
 // Instance dispatch: the style object is looked up even when creation failed
 // (BroadcastSetStyleObject accepts a null record).
 ObjectRecord* CreateInstance(NPP instance, const ElementAttributes& attributes) {
@@ -70,7 +54,7 @@ ObjectRecord* CreateInstance(NPP instance, const ElementAttributes& attributes) 
 }
 void DestroyBroadcast(ObjectRecord* r) { BroadcastDestroy(static_cast<BroadcastRecord*>(r)); }
 void SetWindow(ObjectRecord* r, NPWindow* window) {
-  QueuePlacement<BroadcastRecord, BroadcastList, BroadcastSetWindow>(static_cast<BroadcastRecord*>(r), window);
+  QueuePlacement<BroadcastRecord, Broadcast::List, BroadcastSetWindow>(static_cast<BroadcastRecord*>(r), window);
 }
 void Paint(ObjectRecord* r, const uint16_t rect[4]) {
   BroadcastPaint(static_cast<BroadcastRecord*>(r), rect);
@@ -90,30 +74,28 @@ extern const InstanceKind kBroadcastKind = {
     true, true, StreamData, UrlNotify, &g_broadcasts,
 };
 
-RecordList& BroadcastList() { return g_broadcasts; }
+RecordList& Broadcast::List() { return g_broadcasts; }
 
-NameTable& BroadcastProperties() {
+NameTable& Broadcast::Properties() {
   static NameTable t(kPropertyNames);
   return t;
 }
 
-NameTable& BroadcastMethods() {
+NameTable& Broadcast::Methods() {
   static NameTable t(kMethodNames);
   return t;
 }
 
-const EventTable& BroadcastEvents() { return kEventTable; }
+const EventTable& Broadcast::Events() { return kEventTable; }
 
-BroadcastRecord* BroadcastFind(NPObject* object) { return Broadcast::Find(object); }
-
-BroadcastRecord* BroadcastFindByHandle(MwHandle handle) {
+BroadcastRecord* Broadcast::FindByHandle(MwHandle handle) {
   return static_cast<BroadcastRecord*>(g_broadcasts.FindByHandle(handle));
 }
 
 void BroadcastInit() {
   SEventInit();
-  BroadcastProperties().Intern();
-  BroadcastMethods().Intern();
+  Broadcast::Properties().Intern();
+  Broadcast::Methods().Intern();
 }
 
 BroadcastRecord* BroadcastCreate(NPP instance, const char*) {

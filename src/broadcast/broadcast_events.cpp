@@ -22,12 +22,12 @@ void SetIntOrVoid(NPVariant* v, int32_t value) {
 }
 
 PendingEvent Event(MwHandle broadcast, EventDelivery deliver, int event) {
-  return EventFor(BroadcastList(), deliver, broadcast, static_cast<uint32_t>(event));
+  return EventFor(Broadcast::List(), deliver, broadcast, static_cast<uint32_t>(event));
 }
 
 void DeliverPlayState(ObjectRecord* target, PendingEvent* ev) {
   // The one word of plug-in state an event changes; painting reads it.
-  if (BroadcastRecord* r = BroadcastFindByHandle(ev->target))
+  if (BroadcastRecord* r = Broadcast::FindByHandle(ev->target))
     r->playState = static_cast<uint32_t>(ev->numbers[0]);
   if (!target) return;
   NPVariant args[2];
@@ -107,7 +107,7 @@ void Append(char** to, const char* from, uint32_t length) {
 }  // namespace
 
 void Broadcast_onSelectedComponentChanged(MwHandle broadcast, int32_t componentType) {
-  PostOneInt(BroadcastList(), broadcast, kEventSelectedComponentChanged, componentType);
+  PostOneInt(Broadcast::List(), broadcast, kEventSelectedComponentChanged, componentType);
 }
 
 void Broadcast_onFullScreenChange(MwHandle broadcast) {
@@ -173,12 +173,12 @@ void Broadcast_onPlaySpeedChanged(MwHandle broadcast, float speed) {
 }
 
 void Broadcast_onPlayPositionChanged(MwHandle broadcast, int32_t position) {
-  PostOneInt(BroadcastList(), broadcast, kEventPlayPositionChanged, position);
+  PostOneInt(Broadcast::List(), broadcast, kEventPlayPositionChanged, position);
 }
 
 void Broadcast_onDRMRightsError(MwHandle broadcast, int32_t errorState, MwHandle contentId,
                                 MwHandle drmSystemId, MwHandle rightsIssuerUrl) {
-  PostRightsError(BroadcastList(), broadcast, kEventDRMRightsError, errorState, contentId, drmSystemId,
+  PostRightsError(Broadcast::List(), broadcast, kEventDRMRightsError, errorState, contentId, drmSystemId,
                   rightsIssuerUrl);
 }
 
@@ -189,7 +189,7 @@ void Broadcast_onStreamEvent(MwHandle broadcast, uint32_t listenerKind, const Mw
   if (bytes > UINT32_MAX - sizeof(MwStreamEvent)) return;
   PendingEvent* ev = NewPendingEvent(static_cast<uint32_t>(sizeof(MwStreamEvent) + bytes));
   if (!ev) return;
-  ev->list = &BroadcastList();
+  ev->list = &Broadcast::List();
   ev->deliver = DeliverStreamEvent;
   ev->target = broadcast;
   ev->event = listenerKind;

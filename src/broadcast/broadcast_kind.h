@@ -1,13 +1,12 @@
-// Inside the broadcast kind: the record list, the name table and the
-// operations the script class is made of, shared by its source files.
+// The broadcast kind as one declaration: its list, names, events and the
+// operations its script class is made of, defined across its source files
+// (life cycle in broadcast.cpp, properties, methods, events, stream events
+// and window in their own).
 #ifndef ORVANE_BROADCAST_BROADCAST_KIND_H
 #define ORVANE_BROADCAST_BROADCAST_KIND_H
 
 #include "broadcast/broadcast.h"
 #include "frame/frame.h"
-
-// The broadcast records, newest first.
-RecordList& BroadcastList();
 
 // Property indices; 13..24 are the event properties, and each index is also
 // the listener kind of its event.
@@ -67,19 +66,20 @@ enum BroadcastMethod : int {
 };
 constexpr int kFirstMethod = kMethodGetChannelConfig;
 
-NameTable& BroadcastProperties();  // indices 0..24
-NameTable& BroadcastMethods();     // indices 25..43, stored from 0
-// The event properties (indices 13..24) as the listener table; slot i is
-// property kFirstEvent + i.
-const EventTable& BroadcastEvents();
+struct Broadcast : InstanceKindBase<Broadcast, BroadcastRecord> {
+  static RecordList& List();          // newest first
+  static NameTable& Properties();     // indices 0..24
+  static NameTable& Methods();        // indices 25..43, stored from 0
+  // The event properties (indices 13..24) as the listener table; slot i is
+  // property kFirstEvent + i.
+  static const EventTable& Events();
+  static BroadcastRecord* FindByHandle(MwHandle handle);
 
-BroadcastRecord* BroadcastFind(NPObject* object);
-BroadcastRecord* BroadcastFindByHandle(MwHandle handle);
-
-bool BroadcastGetProperty(NPObject* object, NPIdentifier id, NPVariant* result);
-bool BroadcastSetProperty(NPObject* object, NPIdentifier id, const NPVariant* value);
-bool BroadcastInvoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
+  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result);
+  static bool SetProperty(NPObject* object, NPIdentifier id, const NPVariant* value);
+  static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
                      NPVariant* result);
+};
 
 // addStreamEventListener / removeStreamEventListener with their arguments.
 bool BroadcastAddStreamEventListener(BroadcastRecord* record, const NPVariant* args,

@@ -148,14 +148,14 @@ bool RecordNow(BroadcastRecord* r, const NPVariant* args, uint32_t count, NPVari
 
 }  // namespace
 
-bool BroadcastInvoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
-                     NPVariant* result) {
-  BroadcastRecord* r = BroadcastFind(object);
+bool Broadcast::Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
+                       NPVariant* result) {
+  BroadcastRecord* r = Find(object);
   if (!r) return false;
   bool ok;
-  if (ListenerCall(r, BroadcastEvents(), id, args, count, &ok)) return ok;
+  if (ListenerCall(r, Events(), id, args, count, &ok)) return ok;
   MwHandle h = r->handle;
-  int method = BroadcastMethods().Find(id);
+  int method = Methods().Find(id);
   switch (method < 0 ? -1 : method + kFirstMethod) {
     case kMethodGetChannelConfig: return GetChannelConfig(r, result);
     case kMethodBindToCurrentChannel:

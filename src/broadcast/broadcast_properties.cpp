@@ -55,14 +55,14 @@ void LogUnknownProperty(NPIdentifier id) {
 
 }  // namespace
 
-bool BroadcastGetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-  BroadcastRecord* r = BroadcastFind(object);
+bool Broadcast::GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
+  BroadcastRecord* r = Find(object);
   if (!r || !r->handle) {
     ORV_ERROR("Broadcast_GetProperty", 791, "broadcast %p\n", static_cast<void*>(nullptr));  // always null
     return false;
   }
   MwHandle h = r->handle;
-  int index = BroadcastProperties().Find(id);
+  int index = Properties().Find(id);
   switch (index) {
     case kPropCurrentChannel: return CurrentChannel(r, result);
     case kPropWidth: SetInt(result, MwBroadcastGetWidth(h)); return true;
@@ -79,20 +79,20 @@ bool BroadcastGetProperty(NPObject* object, NPIdentifier id, NPVariant* result) 
     case kPropRecordingState: SetInt(result, MwBroadcastGetRecordingState(h)); return true;
     default:
       if (IsEvent(index)) {
-        return ReadListenerProperty(r, BroadcastEvents(), index - kFirstEvent, result);
+        return ReadListenerProperty(r, Events(), index - kFirstEvent, result);
       }
       LogUnknownProperty(id);
       return false;
   }
 }
 
-bool BroadcastSetProperty(NPObject* object, NPIdentifier id, const NPVariant* value) {
-  BroadcastRecord* r = BroadcastFind(object);
+bool Broadcast::SetProperty(NPObject* object, NPIdentifier id, const NPVariant* value) {
+  BroadcastRecord* r = Find(object);
   if (!r) {
     ORV_ERROR("Broadcast_SetProperty", 669, "\n");
     return false;
   }
-  int index = BroadcastProperties().Find(id);
+  int index = Properties().Find(id);
   uint32_t size = 0;
   switch (index) {
     case kPropWidth:
@@ -117,7 +117,7 @@ bool BroadcastSetProperty(NPObject* object, NPIdentifier id, const NPVariant* va
     case kPropData: return SetData(r, value);
     default:
       if (IsEvent(index)) {
-        WriteListenerSlot(r, BroadcastEvents(), index - kFirstEvent, value);
+        WriteListenerSlot(r, Events(), index - kFirstEvent, value);
         return true;
       }
       ORV_ERROR("Broadcast_SetProperty", 750, "\n");
