@@ -1,4 +1,6 @@
 // Methods of the broadcast object, with their deliberate quirks.
+#include <future>
+
 #include <gtest/gtest.h>
 
 #include "broadcast/broadcast_fixture.h"
@@ -48,9 +50,16 @@ TEST_F(BroadcastTest, SetChannelArgumentsAndNoChannel) {
   NPObject* state = host::NewFunction("state");
   Call("addEventListener", {host::Str("ChannelChangeError"), host::Obj(failed)});
   Call("addEventListener", {host::Str("PlayStateChange"), host::Obj(state)});
-  NPVariant ignored = host::Void();
-  host::Invoke(npp_, video_, "nextChannel", {}, &ignored);  // not waiting for the receiver
-  EXPECT_EQ(1, Get("playState").value.intValue) << "connecting from the call on";
+  {
+    // The simulator's thread is kept busy, so the tuning cannot end before the read.
+    std::promise<void> go;
+    std::shared_future<void> gate = go.get_future().share();
+    sim::OnSimThread([gate] { gate.wait(); });
+    NPVariant ignored = host::Void();
+    host::Invoke(npp_, video_, "nextChannel", {}, &ignored);
+    EXPECT_EQ(1, Get("playState").value.intValue) << "connecting from the call on";
+    go.set_value();
+  }
   Settle();
   // Anything but a channel stands for no channel: the receiver stops
   // presenting and the object goes unrealized, with no error.
