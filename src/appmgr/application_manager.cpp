@@ -13,12 +13,6 @@ namespace {
 RecordList g_managers;
 
 enum Event : uint32_t { kLowMemory = 1, kApplicationLoadError = 2 };
-enum Property { kOnLowMemory, kOnApplicationLoadError };
-enum Method { kGetOwnerApplication };  // then addEventListener, removeEventListener
-
-const char* const kPropertyNames[] = {"onLowMemory", "onApplicationLoadError"};
-const char* const kMethodNames[] = {"getOwnerApplication", "addEventListener",
-                                    "removeEventListener"};
 const EventProperty kEvents[] = {{"onLowMemory", kLowMemory},
                                  {"onApplicationLoadError", kApplicationLoadError}};
 // A missing or non-String type counts as the empty one; an empty property
@@ -27,7 +21,10 @@ const EventTable kEventTable = ORV_EVENT_TABLE(kEvents, TypeRule::kEmpty, EmptyR
 
 // The Application object of the application owning `document`, found by the
 // document's URL as it reads (not resolved); Null when there is none.
-void GetOwnerApplication(AppMgrRecord* r, const NPVariant& document, NPVariant* result) {
+// Any number of arguments but one gives undefined, not null.
+bool GetOwnerApplication(AppMgrRecord* r, const NPVariant* args, uint32_t count, NPVariant* result) {
+  if (count != 1) return true;
+  const NPVariant& document = args[0];
   NPVariant url;
   SetVoid(&url);
   if (IsObject(document))
@@ -36,40 +33,25 @@ void GetOwnerApplication(AppMgrRecord* r, const NPVariant& document, NPVariant* 
   MwHandle application = MwAppMgrGetOwnerApplication(r->handle, &text);
   SetObjectOrNull(result, application ? ApplicationCreateApp(r->instance, application) : nullptr);
   NPN_ReleaseVariantValue(&url);
+  return true;
 }
 
+using Row = Member<AppMgrRecord>;
+const Row kMembers[] = {
+    Row::EventSlots(),  // onLowMemory, onApplicationLoadError
+    Row::Call("getOwnerApplication", GetOwnerApplication),
+    Row::ListenerMethods(),
+};
+
 struct ApplicationManager : InstanceKindBase<ApplicationManager, AppMgrRecord> {
-  ORV_PROPERTY_TABLE(kPropertyNames)
-  ORV_METHOD_TABLE(kMethodNames)
+  static const EventTable& Events() { return kEventTable; }
+  ORV_MEMBER_ROWS_WITH_EVENTS(kMembers)
   static RecordList& List() { return g_managers; }
-
-  static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
-                     NPVariant* result) {
-    AppMgrRecord* r = Find(object);
-    if (!r || !r->handle) return false;
-    bool ok;
-    if (ListenerCall(r, kEventTable, id, args, count, &ok)) return ok;
-    // getOwnerApplication: any other number of arguments gives undefined, not null.
-    if (Methods().Find(id) != kGetOwnerApplication) return false;
-    if (count == 1) GetOwnerApplication(r, args[0], result);
-    return true;
-  }
-
-  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    AppMgrRecord* r = Find(object);
-    if (!r) return true;  // an object whose record is gone reads as untouched
-    int slot = Properties().Find(id);
-    if (slot < 0) return false;
-    return ReadListenerProperty(r, kEventTable, slot, result);
-  }
-
-  static bool SetProperty(NPObject* object, NPIdentifier id, const NPVariant* value) {
-    AppMgrRecord* r = Find(object);
-    if (!r) return true;  // ignored
-    int slot = Properties().Find(id);
-    if (slot < 0) return false;
-    WriteListenerSlot(r, kEventTable, slot, value);
-    return true;
+  // An object whose record is gone reads as untouched and ignores writes;
+  // calls need the middleware's manager.
+  static Gate Check(const AppMgrRecord* r, Access access) {
+    if (access == Access::kCall) return NeedHandle(r);
+    return r ? Gate::kGo : Gate::kSucceed;
   }
 };
 

@@ -9,11 +9,6 @@ namespace {
 
 RecordList g_private_data;
 
-enum Property { kKeyset, kCurrentChannel };
-
-const char* const kPropertyNames[] = {"keyset", "currentChannel"};
-const char* const kMethodNames[] = {"getFreeMem"};
-
 // An object made for a middleware handle, or a failed read. With no handle
 // the result is Null and the read still fails: a page without a presented
 // channel sees a failed read of currentChannel, not a null value.
@@ -29,33 +24,30 @@ bool ObjectResult(NPP instance, MwHandle handle, NPObject* (*create)(NPP, MwHand
   return true;
 }
 
+bool Keyset(ObjectRecord* r, NPVariant* result) {
+  return ObjectResult(r->instance, MwPrivateDataGetKeyset(r->handle), KeysetCreate, result);
+}
+
+bool CurrentChannel(ObjectRecord* r, NPVariant* result) {
+  return ObjectResult(r->instance, MwPrivateDataGetCurrentChannel(r->handle), ChannelCreate, result);
+}
+
+// Arguments are ignored.
+bool GetFreeMem(ObjectRecord* r, const NPVariant*, uint32_t, NPVariant* result) {
+  SetInt(result, MwPrivateDataGetFreeMem(r->handle));
+  return true;
+}
+
+using Row = Member<ObjectRecord>;
+const Row kMembers[] = {
+    Row::Get("keyset", Keyset),
+    Row::Get("currentChannel", CurrentChannel),
+    Row::Call("getFreeMem", GetFreeMem),
+};
+
 struct PrivateData : HandedOutKind<PrivateData> {
-  ORV_PROPERTY_TABLE(kPropertyNames)
-  ORV_METHOD_TABLE(kMethodNames)
-
+  ORV_MEMBER_ROWS(kMembers)
   static RecordList& List() { return g_private_data; }
-
-  static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant*, uint32_t,
-                     NPVariant* result) {
-    ObjectRecord* r = Find(object);
-    if (!r || Methods().Find(id) != 0) return false;
-    SetInt(result, MwPrivateDataGetFreeMem(r->handle));  // arguments are ignored
-    return true;
-  }
-
-  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    ObjectRecord* r = Find(object);
-    if (!r) return false;
-    switch (Properties().Find(id)) {
-      case kKeyset:
-        return ObjectResult(r->instance, MwPrivateDataGetKeyset(r->handle), KeysetCreate, result);
-      case kCurrentChannel:
-        return ObjectResult(r->instance, MwPrivateDataGetCurrentChannel(r->handle), ChannelCreate,
-                            result);
-      default:
-        return false;
-    }
-  }
 };
 
 }  // namespace

@@ -16,28 +16,13 @@ namespace {
 
 RecordList g_players;
 
-const char* const kPropertyNames[] = {
-    "data", "playPosition", "playTime", "playState", "error", "nrTracks", "speed",
-    "currentTrackIndex", "persist", "width", "height", "fullScreen", "COMPONENT_TYPE_VIDEO",
-    "COMPONENT_TYPE_AUDIO", "COMPONENT_TYPE_SUBTITLE", "onPlayStateChange", "onFullScreenChange",
-    "onPlayPositionChanged", "onSelectedComponentChanged", "onDRMRightsError",
-};
-const char* const kMethodNames[] = {
-    "play", "stop", "seek", "setVolume", "next", "previous", "getComponents",
-    "getCurrentActiveComponents", "selectComponent", "unselectComponent", "queue",
-    "setFullScreen", "addEventListener", "removeEventListener", "setSource",
-};
-static_assert(sizeof(kPropertyNames) / sizeof(kPropertyNames[0]) == kPropOnDRMRightsError + 1,
-              "20 properties");
-static_assert(sizeof(kMethodNames) / sizeof(kMethodNames[0]) == kMethodSetSource + 1, "15 methods");
-
 // In property order. addEventListener compares the page's type with
 // "PlayStateChange", "PlayPositionChanged", "FullScreenChange",
 // "SelectedComponentChanged", "DRMRightsError" in that order; as
 // PlayStateChange leads both orders and the other names begin with
 // different letters, any prefix selects the same event either way.
 const EventProperty kEvents[] = {
-    {"onPlayStateChange", kEventPlayStateChange},
+    {"onPlayStateChange", kEventPlayStateChange, SlotRead::kNoNull},
     {"onFullScreenChange", kEventFullScreenChange},
     {"onPlayPositionChanged", kEventPlayPositionChanged},
     {"onSelectedComponentChanged", kEventSelectedComponentChanged},
@@ -118,16 +103,6 @@ extern const InstanceKind kAudioMp4Kind = {
 };
 
 RecordList& AVControl::List() { return g_players; }
-
-NameTable& AVControl::Properties() {
-  static NameTable t(kPropertyNames);
-  return t;
-}
-
-NameTable& AVControl::Methods() {
-  static NameTable t(kMethodNames);
-  return t;
-}
 
 const EventTable& AVControl::Events() { return kEventTable; }
 

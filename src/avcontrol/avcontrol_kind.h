@@ -1,54 +1,12 @@
-// The A/V control kind as one declaration: its list, names, events and the
-// operations its script class is made of, defined across its source files
-// (life cycle in avcontrol.cpp, properties, methods and window in their own).
+// The A/V control kind as one declaration: its list, member rows and
+// events, defined across its source files (life cycle and events in
+// avcontrol.cpp, members in avcontrol_members.cpp, window and paint in
+// avcontrol_window.cpp).
 #ifndef ORVANE_AVCONTROL_AVCONTROL_KIND_H
 #define ORVANE_AVCONTROL_AVCONTROL_KIND_H
 
 #include "avcontrol/avcontrol.h"
 #include "frame/frame.h"
-
-// Property indices in name-table order; 15..19 are the event properties.
-enum AVControlProperty : int {
-  kPropData = 0,
-  kPropPlayPosition,
-  kPropPlayTime,
-  kPropPlayState,
-  kPropError,
-  kPropNrTracks,
-  kPropSpeed,
-  kPropCurrentTrackIndex,
-  kPropPersist,
-  kPropWidth,
-  kPropHeight,
-  kPropFullScreen,
-  kPropComponentTypeVideo,
-  kPropComponentTypeAudio,
-  kPropComponentTypeSubtitle,
-  kPropOnPlayStateChange,  // 15
-  kPropOnFullScreenChange,
-  kPropOnPlayPositionChanged,
-  kPropOnSelectedComponentChanged,
-  kPropOnDRMRightsError,  // 19
-};
-constexpr int kFirstEventProperty = kPropOnPlayStateChange;
-
-enum AVControlMethod : int {
-  kMethodPlay = 0,
-  kMethodStop,
-  kMethodSeek,
-  kMethodSetVolume,
-  kMethodNext,
-  kMethodPrevious,
-  kMethodGetComponents,
-  kMethodGetCurrentActiveComponents,
-  kMethodSelectComponent,
-  kMethodUnselectComponent,
-  kMethodQueue,
-  kMethodSetFullScreen,
-  kMethodAddEventListener,
-  kMethodRemoveEventListener,
-  kMethodSetSource,
-};
 
 // The events' ids, as the listeners are keyed.
 enum AVControlEvent : uint32_t {
@@ -61,16 +19,8 @@ enum AVControlEvent : uint32_t {
 
 struct AVControl : InstanceKindBase<AVControl, AVControlRecord> {
   static RecordList& List();
-  static NameTable& Properties();
-  static NameTable& Methods();
-  // The event properties as the listener table; slot i is property
-  // kFirstEventProperty + i.
-  static const EventTable& Events();
-
-  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result);
-  static bool SetProperty(NPObject* object, NPIdentifier id, const NPVariant* value);
-  static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
-                     NPVariant* result);
+  static const EventTable& Events();  // the onXxx properties, in property order
+  static MemberTable<AVControlRecord>& Members();
 };
 
 // The characters of `v` in a new NUL-terminated buffer (from malloc; the

@@ -12,38 +12,21 @@ namespace {
 
 RecordList g_broadcasts;
 
-const char* const kPropertyNames[] = {
-    "currentChannel", "width", "height", "fullScreen", "playState", "data", "programmes",
-    "onfocus", "onblur", "COMPONENT_TYPE_VIDEO", "COMPONENT_TYPE_AUDIO",
-    "COMPONENT_TYPE_SUBTITLE", "recordingState",
-    "onSelectedComponentChanged", "onFullScreenChange", "onPlayStateChange",
-    "onProgrammesChanged", "onChannelChangeError", "onChannelChangeSucceeded",
-    "onParentalRatingChange", "onParentalRatingError", "onRecordingEvent",
-    "onPlaySpeedChanged", "onPlayPositionChanged", "onDRMRightsError",
-};
-
-// Each event property's index is also its event id.
-#define ORV_EVENT(index) {kPropertyNames[index], index}
 const EventProperty kEvents[] = {
-    ORV_EVENT(13), ORV_EVENT(14), ORV_EVENT(15), ORV_EVENT(16), ORV_EVENT(17), ORV_EVENT(18),
-    ORV_EVENT(19), ORV_EVENT(20), ORV_EVENT(21), ORV_EVENT(22), ORV_EVENT(23), ORV_EVENT(24),
+    {"onSelectedComponentChanged", kEventSelectedComponentChanged},
+    {"onFullScreenChange", kEventFullScreenChange},
+    {"onPlayStateChange", kEventPlayStateChange},
+    {"onProgrammesChanged", kEventProgrammesChanged},
+    {"onChannelChangeError", kEventChannelChangeError},
+    {"onChannelChangeSucceeded", kEventChannelChangeSucceeded},
+    {"onParentalRatingChange", kEventParentalRatingChange},
+    {"onParentalRatingError", kEventParentalRatingError},
+    {"onRecordingEvent", kEventRecordingEvent},
+    {"onPlaySpeedChanged", kEventPlaySpeedChanged},
+    {"onPlayPositionChanged", kEventPlayPositionChanged},
+    {"onDRMRightsError", kEventDRMRightsError},
 };
-#undef ORV_EVENT
 const EventTable kEventTable = ORV_EVENT_TABLE(kEvents, TypeRule::kIgnore, EmptyRead::kNull);
-
-const char* const kMethodNames[] = {
-    "getChannelConfig", "bindToCurrentChannel", "createChannelObject", "setChannel",
-    "prevChannel", "nextChannel", "setFullScreen", "release", "stop", "addEventListener",
-    "removeEventListener", "getComponents", "getCurrentActiveComponents", "selectComponent",
-    "unselectComponent", "addStreamEventListener", "removeStreamEventListener", "recordNow",
-    "stopRecording",
-};
-
-static_assert(sizeof(kPropertyNames) / sizeof(kPropertyNames[0]) == kLastEvent + 1,
-              "25 properties");
-static_assert(sizeof(kEvents) / sizeof(kEvents[0]) == kLastEvent - kFirstEvent + 1, "12 events");
-static_assert(sizeof(kMethodNames) / sizeof(kMethodNames[0]) == kMethodStopRecording - kFirstMethod + 1,
-              "19 methods");
 
 // Instance dispatch: the style object is looked up even when creation failed
 // (BroadcastSetStyleObject accepts a null record).
@@ -75,16 +58,6 @@ extern const InstanceKind kBroadcastKind = {
 };
 
 RecordList& Broadcast::List() { return g_broadcasts; }
-
-NameTable& Broadcast::Properties() {
-  static NameTable t(kPropertyNames);
-  return t;
-}
-
-NameTable& Broadcast::Methods() {
-  static NameTable t(kMethodNames);
-  return t;
-}
 
 const EventTable& Broadcast::Events() { return kEventTable; }
 

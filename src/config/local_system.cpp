@@ -12,30 +12,8 @@ RecordList g_local_systems;
 
 constexpr uint32_t kPvrStatusChange = 10;
 
-enum Property {
-  kDeviceId,
-  kVendorName,
-  kFamilyName,
-  kModelName,
-  kSoftwareVersion,
-  kHardwareVersion,
-  kPvrEnabled,
-  kNetworkInterfaces,
-  kOipfProfile,
-  kPvrStatus,
-  kOnPvrStatusChange,
-};
-const char* const kPropertyNames[] = {
-    "deviceID", "vendorName", "familyName", "modelName", "softwareVersion", "hardwareVersion",
-    "pvrEnabled", "networkInterfaces", "oipfProfile", "pvrStatus", "onPvrStatusChange",
-};
 const EventProperty kEvents[] = {{"onPvrStatusChange", kPvrStatusChange}};
 const EventTable kEventTable = ORV_EVENT_TABLE(kEvents, TypeRule::kFail, EmptyRead::kNull);
-
-bool Text(MwHandle text, NPVariant* result) {
-  NP_UtilsHbbtvStringToResult(text, result);
-  return true;
-}
 
 bool Interfaces(ObjectRecord* r, NPVariant* result) {
   MwHandle list = MwLocalSystemGetNetworkInterfaces(r->handle);
@@ -48,35 +26,33 @@ bool Interfaces(ObjectRecord* r, NPVariant* result) {
   return collection != nullptr;
 }
 
-struct LocalSystem : StatusKind<LocalSystem> {
-  ORV_PROPERTY_TABLE(kPropertyNames)
-  static constexpr int kListenerProperty = kOnPvrStatusChange;
-  static const EventTable& Events() { return kEventTable; }
-  static RecordList& List() { return g_local_systems; }
+// Without a PVR there is no status: the read fails.
+bool PvrStatus(ObjectRecord* r, NPVariant* result) {
+  if (!MwLocalSystemGetPvrEnabled(r->handle)) return false;
+  SetBool(result, MwLocalSystemGetPvrStatus(r->handle) != 0);
+  return true;
+}
 
-  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    ObjectRecord* r = Find(object);
-    if (!r) return true;  // no record: an empty read that succeeds
-    MwHandle h = r->handle;
-    switch (Properties().Find(id)) {
-      case kDeviceId: return Text(MwLocalSystemGetDeviceId(h), result);
-      case kVendorName: return Text(MwLocalSystemGetVendorName(h), result);
-      case kFamilyName: return Text(MwLocalSystemGetFamilyName(h), result);
-      case kModelName: return Text(MwLocalSystemGetModelName(h), result);
-      case kSoftwareVersion: return Text(MwLocalSystemGetSoftwareVersion(h), result);
-      case kHardwareVersion: return Text(MwLocalSystemGetHardwareVersion(h), result);
-      case kPvrEnabled: SetBool(result, MwLocalSystemGetPvrEnabled(h) != 0); return true;
-      case kNetworkInterfaces: return Interfaces(r, result);
-      case kOipfProfile: return Text(MwLocalSystemGetOipfProfile(h), result);
-      case kPvrStatus:
-        // Without a PVR there is no status: the read fails.
-        if (!MwLocalSystemGetPvrEnabled(h)) return false;
-        SetBool(result, MwLocalSystemGetPvrStatus(h) != 0);
-        return true;
-      case kOnPvrStatusChange: return ReadListenerProperty(r, kEventTable, 0, result);
-      default: return false;
-    }
-  }
+using Row = StatusRow;
+const Row kMembers[] = {
+    Row::Get("deviceID", TextOf<ObjectRecord, MwLocalSystemGetDeviceId>),
+    Row::Get("vendorName", TextOf<ObjectRecord, MwLocalSystemGetVendorName>),
+    Row::Get("familyName", TextOf<ObjectRecord, MwLocalSystemGetFamilyName>),
+    Row::Get("modelName", TextOf<ObjectRecord, MwLocalSystemGetModelName>),
+    Row::Get("softwareVersion", TextOf<ObjectRecord, MwLocalSystemGetSoftwareVersion>),
+    Row::Get("hardwareVersion", TextOf<ObjectRecord, MwLocalSystemGetHardwareVersion>),
+    Row::Get("pvrEnabled", BoolOf<ObjectRecord, MwLocalSystemGetPvrEnabled>),
+    Row::Get("networkInterfaces", Interfaces),
+    Row::Get("oipfProfile", TextOf<ObjectRecord, MwLocalSystemGetOipfProfile>),
+    Row::Get("pvrStatus", PvrStatus),
+    Row::EventSlots(),  // onPvrStatusChange
+    Row::ListenerMethods(),
+};
+
+struct LocalSystem : StatusKind<LocalSystem> {
+  static const EventTable& Events() { return kEventTable; }
+  ORV_MEMBER_ROWS_WITH_EVENTS(kMembers)
+  static RecordList& List() { return g_local_systems; }
 };
 
 }  // namespace

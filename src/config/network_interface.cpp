@@ -12,32 +12,24 @@ RecordList g_interfaces;
 
 constexpr uint32_t kNetworkStatusChange = 4;
 
-enum Property { kIpAddress, kMacAddress, kConnected, kEnabled, kOnNetworkStatusChange };
-const char* const kPropertyNames[] = {"ipAddress", "macAddress", "connected", "enabled",
-                                      "onNetworkStatusChange"};
 const EventProperty kEvents[] = {{"onNetworkStatusChange", kNetworkStatusChange}};
 const EventTable kEventTable = ORV_EVENT_TABLE(kEvents, TypeRule::kFail, EmptyRead::kNull);
 
 // Only the listener property can be written; the interface's state is the receiver's.
-struct NetworkInterface : StatusKind<NetworkInterface> {
-  ORV_PROPERTY_TABLE(kPropertyNames)
-  static constexpr int kListenerProperty = kOnNetworkStatusChange;
-  static const EventTable& Events() { return kEventTable; }
-  static RecordList& List() { return g_interfaces; }
+using Row = StatusRow;
+const Row kMembers[] = {
+    Row::Get("ipAddress", TextOf<ObjectRecord, MwNetworkInterfaceGetIpAddress>),
+    Row::Get("macAddress", TextOf<ObjectRecord, MwNetworkInterfaceGetMacAddress>),
+    Row::Get("connected", BoolOf<ObjectRecord, MwNetworkInterfaceIsConnected>),
+    Row::Get("enabled", BoolOf<ObjectRecord, MwNetworkInterfaceIsEnabled>),
+    Row::EventSlots(),  // onNetworkStatusChange
+    Row::ListenerMethods(),
+};
 
-  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    ObjectRecord* r = Find(object);
-    if (!r) return true;  // no record: an empty read that succeeds
-    MwHandle h = r->handle;
-    switch (Properties().Find(id)) {
-      case kIpAddress: NP_UtilsHbbtvStringToResult(MwNetworkInterfaceGetIpAddress(h), result); return true;
-      case kMacAddress: NP_UtilsHbbtvStringToResult(MwNetworkInterfaceGetMacAddress(h), result); return true;
-      case kConnected: SetBool(result, MwNetworkInterfaceIsConnected(h) != 0); return true;
-      case kEnabled: SetBool(result, MwNetworkInterfaceIsEnabled(h) != 0); return true;
-      case kOnNetworkStatusChange: return ReadListenerProperty(r, kEventTable, 0, result);
-      default: return false;
-    }
-  }
+struct NetworkInterface : StatusKind<NetworkInterface> {
+  static const EventTable& Events() { return kEventTable; }
+  ORV_MEMBER_ROWS_WITH_EVENTS(kMembers)
+  static RecordList& List() { return g_interfaces; }
 };
 
 }  // namespace

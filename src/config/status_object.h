@@ -6,30 +6,19 @@
 
 #include "frame/event_arguments.h"
 #include "frame/frame.h"
+#include "frame/getters.h"
 
-// addEventListener and removeEventListener, answered by the frame.
-extern const char* const kStatusMethodNames[2];
-
-// A handed-out kind with one status event: K states its properties, its
-// listener property's index (kListenerProperty) and its event table
-// (Events()); writes of other properties fail.
+// A handed-out kind with one status event: K states its member rows and its
+// event table. Without a record a read succeeds with no value; writes and
+// calls fail.
 template <class K>
 struct StatusKind : HandedOutKind<K> {
-  ORV_METHOD_TABLE(kStatusMethodNames)
-
-  static bool SetProperty(NPObject* object, NPIdentifier id, const NPVariant* value) {
-    ObjectRecord* r = K::Find(object);
-    if (!r || K::Properties().Find(id) != K::kListenerProperty) return false;
-    WriteListenerSlot(r, K::Events(), 0, value);
-    return true;
-  }
-
-  static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
-                     NPVariant*) {
-    ObjectRecord* r = K::Find(object);
-    bool ok = false;
-    return r && ListenerCall(r, K::Events(), id, args, count, &ok) && ok;
+  static Gate Check(const ObjectRecord* r, Access access) {
+    if (r) return Gate::kGo;
+    return access == Access::kGet ? Gate::kSucceed : Gate::kFail;
   }
 };
+
+using StatusRow = Member<ObjectRecord>;
 
 #endif

@@ -11,12 +11,8 @@ namespace {
 RecordList g_agents;
 
 enum Event : uint32_t { kMessageResult = 0, kSystemMessage = 1 };
-enum Property { kOnMessageResult, kOnSystemMessage };
-enum Method { kSendMessage, kAddEventListener, kRemoveEventListener };
-
-const char* const kPropertyNames[] = {"onDRMMessageResult", "onDRMSystemMessage"};
-const char* const kMethodNames[] = {"sendDRMMessage", "addEventListener", "removeEventListener"};
-const EventProperty kEvents[] = {{"onDRMMessageResult", kMessageResult},
+// onDRMMessageResult always reads as failed, set or not.
+const EventProperty kEvents[] = {{"onDRMMessageResult", kMessageResult, SlotRead::kNever},
                                  {"onDRMSystemMessage", kSystemMessage}};
 const EventTable kEventTable = ORV_EVENT_TABLE(kEvents, TypeRule::kIgnore, EmptyRead::kNoValue);
 
@@ -26,45 +22,27 @@ MwString StringArg(const NPVariant* args, uint32_t count, uint32_t i) {
   return ArgString(args[i]);
 }
 
+// The answer is given to the page, but the page sees the call fail.
+bool SendDrmMessage(DrmAgentRecord* r, const NPVariant* args, uint32_t count, NPVariant* result) {
+  if (!r->handle) return false;
+  MwString type = StringArg(args, count, 0);
+  MwString message = StringArg(args, count, 1);
+  MwString system = StringArg(args, count, 2);
+  NP_UtilsHbbtvStringToResult(MwDrmAgentSendMessage(r->handle, &type, &message, &system), result);
+  return false;
+}
+
+using Row = Member<DrmAgentRecord>;
+const Row kMembers[] = {
+    Row::EventSlots(),  // onDRMMessageResult, onDRMSystemMessage
+    Row::Call("sendDRMMessage", SendDrmMessage),
+    Row::ListenerMethods(),
+};
+
 struct DrmAgent : InstanceKindBase<DrmAgent, DrmAgentRecord> {
-  ORV_PROPERTY_TABLE(kPropertyNames)
-  ORV_METHOD_TABLE(kMethodNames)
+  static const EventTable& Events() { return kEventTable; }
+  ORV_MEMBER_ROWS_WITH_EVENTS(kMembers)
   static RecordList& List() { return g_agents; }
-
-  static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
-                     NPVariant* result) {
-    DrmAgentRecord* r = Find(object);
-    if (!r) return false;
-    bool ok;
-    if (ListenerCall(r, kEventTable, id, args, count, &ok)) return ok;
-    if (Methods().Find(id) != kSendMessage || !r->handle) return false;
-    MwString type = StringArg(args, count, 0);
-    MwString message = StringArg(args, count, 1);
-    MwString system = StringArg(args, count, 2);
-    NP_UtilsHbbtvStringToResult(MwDrmAgentSendMessage(r->handle, &type, &message, &system), result);
-    return false;  // the page sees the call fail
-  }
-
-  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    DrmAgentRecord* r = Find(object);
-    if (!r) return false;
-    switch (Properties().Find(id)) {
-      case kOnMessageResult:
-        return false;  // always reported as failed, set or not
-      case kOnSystemMessage:
-        return ReadListenerProperty(r, kEventTable, kOnSystemMessage, result);
-      default:
-        return false;
-    }
-  }
-
-  static bool SetProperty(NPObject* object, NPIdentifier id, const NPVariant* value) {
-    DrmAgentRecord* r = Find(object);
-    int slot = Properties().Find(id);
-    if (!r || slot < 0) return false;
-    WriteListenerSlot(r, kEventTable, slot, value);
-    return true;
-  }
 };
 
 // Browser's thread: the answer to a message (id, answer, code).

@@ -26,6 +26,8 @@
 #include <cstring>
 
 #include "frame/listeners.h"
+#include "frame/getters.h"
+#include "frame/members.h"
 #include "frame/record.h"
 #include "npapi/browser.h"
 #include "npapi/npapi.h"
@@ -158,21 +160,75 @@ NPClass ScriptClass<K>::klass_ = {
     &ScriptClass<K>::SetProperty, &ScriptClass<K>::RemoveProperty, &ScriptClass<K>::Enumerate,
     &ScriptClass<K>::Construct};
 
+// Which access a kind's precondition is asked about, and its answer: go
+// on to the member, or answer the call at once with false or true.
+enum class Access : uint8_t { kGet, kSet, kCall };
+enum class Gate : uint8_t { kGo, kFail, kSucceed };
+
 // What a kind has unless it says otherwise. R is the kind's record.
+// Properties and methods come from the kind's member rows: the kind's
+// precondition (`Check`: a record is needed) is asked first, then the name
+// is looked up; an unknown name (or a property without that accessor) is
+// `Unknown`'s to answer (false).
 template <class K, class R = ObjectRecord>
 struct KindDefaults {
   using Record = R;
   static constexpr bool kStubResult = true;
   static NameTable& Properties() { static NameTable none; return none; }
   static NameTable& Methods() { static NameTable none; return none; }
+  static MemberTable<R>& Members() { static MemberTable<R> none; return none; }
+  static const EventTable& Events() {
+    static const EventTable none = {nullptr, 0, TypeRule::kIgnore, EmptyRead::kNoValue};
+    return none;
+  }
   static R* Find(const NPObject* o) { return ScriptClass<K>::RecordOf(o); }
-  static bool HasMethod(NPObject*, NPIdentifier id) { return K::Methods().Find(id) >= 0; }
-  static bool HasProperty(NPObject*, NPIdentifier id) { return K::Properties().Find(id) >= 0; }
-  static bool Invoke(NPObject*, NPIdentifier, const NPVariant*, uint32_t, NPVariant*) { return false; }
-  static bool GetProperty(NPObject*, NPIdentifier, NPVariant*) { return false; }
-  static bool SetProperty(NPObject*, NPIdentifier, const NPVariant*) { return false; }
+  static Gate Check(const R* r, Access) { return r ? Gate::kGo : Gate::kFail; }
+  static bool Unknown(R*, NPIdentifier, Access) { return false; }
+  static bool HasMethod(NPObject*, NPIdentifier id) {
+    return K::Methods().Find(id) >= 0 || K::Members().Method(id).row;
+  }
+  static bool HasProperty(NPObject*, NPIdentifier id) {
+    return K::Properties().Find(id) >= 0 || K::Members().Property(id).row;
+  }
+  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
+    R* r = K::Find(object);
+    Gate gate = K::Check(r, Access::kGet);
+    if (gate != Gate::kGo) return gate == Gate::kSucceed;
+    FoundMember found = K::Members().Property(id);
+    if (found.slot >= 0) return ReadListenerProperty(r, K::Events(), found.slot, result);
+    const Member<R>* m = MemberTable<R>::RowOf(found);
+    return m && m->get ? m->get(r, result) : K::Unknown(r, id, Access::kGet);
+  }
+  static bool SetProperty(NPObject* object, NPIdentifier id, const NPVariant* value) {
+    R* r = K::Find(object);
+    Gate gate = K::Check(r, Access::kSet);
+    if (gate != Gate::kGo) return gate == Gate::kSucceed;
+    FoundMember found = K::Members().Property(id);
+    if (found.slot >= 0) {
+      WriteListenerSlot(r, K::Events(), found.slot, value);
+      return true;
+    }
+    const Member<R>* m = MemberTable<R>::RowOf(found);
+    return m && m->set ? m->set(r, value) : K::Unknown(r, id, Access::kSet);
+  }
+  static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
+                     NPVariant* result) {
+    R* r = K::Find(object);
+    Gate gate = K::Check(r, Access::kCall);
+    if (gate != Gate::kGo) return gate == Gate::kSucceed;
+    FoundMember found = K::Members().Method(id);
+    if (found.listener) return ListenerMethod(r, K::Events(), found.listener == 1, args, count);
+    const Member<R>* m = MemberTable<R>::RowOf(found);
+    return m && m->call ? m->call(r, args, count, result) : K::Unknown(r, id, Access::kCall);
+  }
   static void Deallocate(NPObject*) {}
 };
+
+// A precondition of kinds whose members all need the middleware object.
+template <class R>
+Gate NeedHandle(const R* r) {
+  return r && r->handle ? Gate::kGo : Gate::kFail;
+}
 
 // A zeroed record of kind K (with `extra` bytes after it) and its new
 // script object, on no list; null, with nothing left, when either cannot be
@@ -182,6 +238,7 @@ typename K::Record* NewRecord(NPP instance, size_t extra = 0) {
   using R = typename K::Record;
   K::Properties().Intern();
   K::Methods().Intern();
+  K::Members().Intern();
   R* r = static_cast<R*>(RecordAlloc(sizeof(R) + extra));
   if (!r) return nullptr;
   *r = R();

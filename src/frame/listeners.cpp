@@ -115,17 +115,14 @@ void AddListenerByType(ObjectRecord* record, const EventTable& table, const MwSt
   }
 }
 
-bool ListenerCall(ObjectRecord* record, const EventTable& table, NPIdentifier method, const NPVariant* args,
-                  uint32_t count, bool* ok) {
+bool ListenerMethod(ObjectRecord* record, const EventTable& table, bool add, const NPVariant* args,
+                    uint32_t count) {
   static const NPVariant kVoid = {NPVariantType_Void, {}};
-  if (method == g_id_removeEventListener) {
+  if (!add) {
     NP_UtilsRemoveFirstArgumentListener(record, args, count);
-    *ok = true;
     return true;
   }
-  if (method != g_id_addEventListener) return false;
   const NPVariant* listener = count >= 2 ? &args[1] : &kVoid;
-  *ok = true;
   if (count >= 1 && IsString(args[0])) {
     // The strict rule wants the listener argument too.
     if (table.type_rule != TypeRule::kIgnore || count >= 2)
@@ -133,12 +130,14 @@ bool ListenerCall(ObjectRecord* record, const EventTable& table, NPIdentifier me
   } else if (table.type_rule == TypeRule::kEmpty) {
     AddListenerByType(record, table, MwString{0, ""}, listener);
   } else {
-    *ok = table.type_rule != TypeRule::kFail;
+    return table.type_rule != TypeRule::kFail;
   }
   return true;
 }
 
 bool ReadListenerProperty(const ObjectRecord* record, const EventTable& table, int slot, NPVariant* result) {
-  if (table.empty_read == EmptyRead::kNull) SetNull(result);
+  SlotRead read = table.entries[slot].read;
+  if (read == SlotRead::kNever) return false;
+  if (read == SlotRead::kByTable && table.empty_read == EmptyRead::kNull) SetNull(result);
   return ReadListenerSlot(record, slot, result);
 }

@@ -35,9 +35,14 @@ void NP_UtilsRemoveFirstArgumentListener(ObjectRecord* record, const NPVariant* 
 // A kind's events as its onXxx properties name them ("onLowMemory"); the
 // event type of addEventListener is the name without "on". A property's
 // slot is its index in the kind's table.
+// How one onXxx property reads: by its table's rule for an empty slot, as
+// a failed read with no value when empty whatever the rule, or as a failed
+// read always (set or not).
+enum class SlotRead : uint8_t { kByTable, kNoNull, kNever };
 struct EventProperty {
   const char* name;
   uint32_t event;
+  SlotRead read = SlotRead::kByTable;
 };
 // What addEventListener does with a type that is missing or no String.
 enum class TypeRule : uint8_t {
@@ -57,13 +62,13 @@ struct EventTable {
 #define ORV_EVENT_TABLE(entries, ...) \
   EventTable{entries, static_cast<int>(sizeof(entries) / sizeof(entries[0])), __VA_ARGS__}
 
-// addEventListener(type, listener) and removeEventListener(listener, ...)
-// as every kind answers them: true when `method` is one of the two, with
-// the call's result in *ok. The type is compared as AddListenerByType does,
-// after the table's rule for a type that is no String; removal looks at the
-// first argument (NP_UtilsRemoveFirstArgumentListener).
-bool ListenerCall(ObjectRecord* record, const EventTable& table, NPIdentifier method, const NPVariant* args,
-                  uint32_t count, bool* ok);
+// addEventListener(type, listener) (`add`) and removeEventListener(listener,
+// ...) as every kind answers them; the call's result. The type is compared
+// as AddListenerByType does, after the table's rule for a type that is no
+// String; removal looks at the first argument
+// (NP_UtilsRemoveFirstArgumentListener).
+bool ListenerMethod(ObjectRecord* record, const EventTable& table, bool add, const NPVariant* args,
+                    uint32_t count);
 // The onXxx read of slot `slot` by the table's rule for an empty slot.
 bool ReadListenerProperty(const ObjectRecord* record, const EventTable& table, int slot, NPVariant* result);
 

@@ -10,12 +10,6 @@ namespace {
 
 RecordList g_searches;
 
-enum Property { kSearchTarget, kResult };
-enum Method { kSetQuery, kAddChannelConstraint, kCreateQuery, kFindProgrammesFromStream };
-const char* const kPropertyNames[] = {"searchTarget", "result"};
-const char* const kMethodNames[] = {"setQuery", "addChannelConstraint", "createQuery",
-                                    "findProgrammesFromStream"};
-
 // createQuery(field, comparison, value): two strings around a number (a
 // comparison that is no number counts as 0).
 bool CreateQuery(ObjectRecord* r, const NPVariant* args, uint32_t count, NPVariant* result) {
@@ -30,7 +24,7 @@ bool CreateQuery(ObjectRecord* r, const NPVariant* args, uint32_t count, NPVaria
   return true;
 }
 
-bool FindFromStream(ObjectRecord* r, const NPVariant* args, uint32_t count) {
+bool FindFromStream(ObjectRecord* r, const NPVariant* args, uint32_t count, NPVariant*) {
   if (count != 2) return false;
   MwHandle channel = IsObject(args[0]) ? ChannelGetHandle(args[0].value.objectValue) : 0;
   uint32_t start = 0;
@@ -39,53 +33,46 @@ bool FindFromStream(ObjectRecord* r, const NPVariant* args, uint32_t count) {
   return true;
 }
 
+bool Result(ObjectRecord* r, NPVariant* result) {
+  SetObjectOrNull(result, CollectionCreate(r->instance, MwSearchGetResult(r->handle), kCollectionSearchResults));
+  return true;
+}
+
+// Success is true with no value.
+bool SetQuery(ObjectRecord* r, const NPVariant* args, uint32_t count, NPVariant*) {
+  MwHandle query = count == 1 && IsObject(args[0]) ? QueryGetHandle(args[0].value.objectValue) : 0;
+  if (!query) return false;
+  MwSearchSetQuery(r->handle, query);
+  return true;
+}
+
+// Null clears the constraints.
+bool AddChannelConstraint(ObjectRecord* r, const NPVariant* args, uint32_t count, NPVariant*) {
+  if (count != 1) return false;
+  MwHandle channel = 0;
+  if (args[0].type != NPVariantType_Null) {
+    channel = IsObject(args[0]) ? ChannelGetHandle(args[0].value.objectValue) : 0;
+    if (!channel) return false;
+  }
+  MwSearchAddChannelConstraint(r->handle, channel);
+  return true;
+}
+
+using Row = Member<ObjectRecord>;
+const Row kMembers[] = {
+    Row::Get("searchTarget", IntOf<ObjectRecord, MwSearchGetTarget>),
+    Row::Get("result", Result),
+    Row::Call("setQuery", SetQuery),
+    Row::Call("addChannelConstraint", AddChannelConstraint),
+    Row::Call("createQuery", CreateQuery),
+    Row::Call("findProgrammesFromStream", FindFromStream),
+};
+
 struct MetadataSearch : HandedOutKind<MetadataSearch> {
-  ORV_PROPERTY_TABLE(kPropertyNames)
-  ORV_METHOD_TABLE(kMethodNames)
+  ORV_MEMBER_ROWS(kMembers)
   static RecordList& List() { return g_searches; }
   static void ReleaseHandle(MwHandle search) { MetadataSearchLetGo(search); }
-
-  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    ObjectRecord* r = Find(object);
-    if (!r || !r->handle) return false;
-    switch (Properties().Find(id)) {
-      case kSearchTarget: SetInt(result, MwSearchGetTarget(r->handle)); return true;
-      case kResult:
-        SetObjectOrNull(result, CollectionCreate(r->instance, MwSearchGetResult(r->handle),
-                                                 kCollectionSearchResults));
-        return true;
-      default: return false;
-    }
-  }
-
-  // Success is true with no value.
-  static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
-                     NPVariant* result) {
-    ObjectRecord* r = Find(object);
-    if (!r || !r->handle) return false;
-    switch (Methods().Find(id)) {
-      case kSetQuery: {
-        MwHandle query = count == 1 && IsObject(args[0]) ? QueryGetHandle(args[0].value.objectValue) : 0;
-        if (!query) return false;
-        MwSearchSetQuery(r->handle, query);
-        return true;
-      }
-      case kAddChannelConstraint: {
-        if (count != 1) return false;
-        if (args[0].type == NPVariantType_Null) {  // clears the constraints
-          MwSearchAddChannelConstraint(r->handle, 0);
-          return true;
-        }
-        MwHandle channel = IsObject(args[0]) ? ChannelGetHandle(args[0].value.objectValue) : 0;
-        if (!channel) return false;
-        MwSearchAddChannelConstraint(r->handle, channel);
-        return true;
-      }
-      case kCreateQuery: return CreateQuery(r, args, count, result);
-      case kFindProgrammesFromStream: return FindFromStream(r, args, count);
-      default: return false;
-    }
-  }
+  static Gate Check(const ObjectRecord* r, Access) { return NeedHandle(r); }
 };
 
 }  // namespace

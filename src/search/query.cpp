@@ -8,33 +8,35 @@ namespace {
 
 RecordList g_queries;
 
-enum Method { kAnd, kOr, kNot };
-const char* const kMethodNames[] = {"and", "or", "not"};
+// A new query from this one (and another, for and/or); a failed call when
+// the other is no query or the middleware makes none.
+bool Made(ObjectRecord* r, MwHandle made, NPVariant* result) {
+  if (!made) return false;
+  NPObject* query = QueryCreate(r->instance, made);
+  SetObjectOrNull(result, query);
+  return query != nullptr;
+}
+
+template <MwHandle (*Combine)(MwHandle, MwHandle)>
+bool Combined(ObjectRecord* r, const NPVariant* args, uint32_t count, NPVariant* result) {
+  MwHandle other = count >= 1 && IsObject(args[0]) ? QueryGetHandle(args[0].value.objectValue) : 0;
+  return other && Made(r, Combine(r->handle, other), result);
+}
+
+bool Not(ObjectRecord* r, const NPVariant*, uint32_t, NPVariant* result) {
+  return Made(r, MwQueryNot(r->handle), result);
+}
+
+using Row = Member<ObjectRecord>;
+const Row kMembers[] = {
+    Row::Call("and", Combined<MwQueryAnd>),
+    Row::Call("or", Combined<MwQueryOr>),
+    Row::Call("not", Not),
+};
 
 struct Query : HandedOutKind<Query> {
-  ORV_METHOD_TABLE(kMethodNames)
+  ORV_MEMBER_ROWS(kMembers)
   static RecordList& List() { return g_queries; }
-
-  // A new query from this one (and another, for and/or); a failed call
-  // when the other is no query or the middleware makes none.
-  static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
-                     NPVariant* result) {
-    ObjectRecord* r = Find(object);
-    int method = Methods().Find(id);
-    if (!r || method < 0) return false;
-    MwHandle made;
-    if (method == kNot) {
-      made = MwQueryNot(r->handle);
-    } else {
-      MwHandle other = count >= 1 && IsObject(args[0]) ? QueryGetHandle(args[0].value.objectValue) : 0;
-      if (!other) return false;
-      made = method == kAnd ? MwQueryAnd(r->handle, other) : MwQueryOr(r->handle, other);
-    }
-    if (!made) return false;
-    NPObject* query = QueryCreate(r->instance, made);
-    SetObjectOrNull(result, query);
-    return query != nullptr;
-  }
 };
 
 }  // namespace

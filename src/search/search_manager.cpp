@@ -12,53 +12,39 @@ namespace {
 RecordList g_managers;
 
 constexpr uint32_t kMetadataSearch = 0;
-enum Method { kCreateSearch, kGetChannelConfig, kAddEventListener, kRemoveEventListener };
-const char* const kPropertyNames[] = {"onMetadataSearch"};
-const char* const kMethodNames[] = {"createSearch", "getChannelConfig", "addEventListener",
-                                    "removeEventListener"};
 const EventProperty kEvents[] = {{"onMetadataSearch", kMetadataSearch}};
 const EventTable kEventTable = ORV_EVENT_TABLE(kEvents, TypeRule::kIgnore, EmptyRead::kNoValue);
 
+bool CreateSearch(SearchManagerRecord* r, const NPVariant* args, uint32_t count, NPVariant* result) {
+  uint32_t target;
+  if (count != 1 || !NP_UtilsGetU32BIT(&args[0], &target)) return true;  // no result
+  MwHandle search = MwSearchManagerCreateSearch(r->handle, target);
+  SetObjectOrNull(result, MetadataSearchCreate(r->instance, search));
+  return true;
+}
+
+bool GetChannelConfig(SearchManagerRecord* r, const NPVariant*, uint32_t, NPVariant* result) {
+  MwHandle config = MwSearchManagerGetChannelConfig(r->handle);
+  SetObjectOrNull(result, ChannelConfigCreate(r->instance, config));
+  return true;
+}
+
+// An empty onMetadataSearch fails its read.
+using Row = Member<SearchManagerRecord>;
+const Row kMembers[] = {
+    Row::EventSlots(),  // onMetadataSearch
+    Row::Call("createSearch", CreateSearch),
+    Row::Call("getChannelConfig", GetChannelConfig),
+    Row::ListenerMethods(),
+};
+
 struct SearchManager : InstanceKindBase<SearchManager, SearchManagerRecord> {
-  ORV_PROPERTY_TABLE(kPropertyNames)
-  ORV_METHOD_TABLE(kMethodNames)
+  static const EventTable& Events() { return kEventTable; }
+  ORV_MEMBER_ROWS_WITH_EVENTS(kMembers)
   static RecordList& List() { return g_managers; }
-
-  // An empty onMetadataSearch fails its read.
-  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    SearchManagerRecord* r = Find(object);
-    return r && Properties().Find(id) == 0 && ReadListenerProperty(r, kEventTable, 0, result);
-  }
-
-  static bool SetProperty(NPObject* object, NPIdentifier id, const NPVariant* value) {
-    SearchManagerRecord* r = Find(object);
-    if (!r || Properties().Find(id) != 0) return false;
-    WriteListenerSlot(r, kEventTable, 0, value);
-    return true;
-  }
-
-  static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
-                     NPVariant* result) {
-    SearchManagerRecord* r = Find(object);
-    if (!r || !r->handle) return false;
-    bool ok;
-    if (ListenerCall(r, kEventTable, id, args, count, &ok)) return ok;
-    switch (Methods().Find(id)) {
-      case kCreateSearch: {
-        uint32_t target;
-        if (count != 1 || !NP_UtilsGetU32BIT(&args[0], &target)) return true;  // no result
-        MwHandle search = MwSearchManagerCreateSearch(r->handle, target);
-        SetObjectOrNull(result, MetadataSearchCreate(r->instance, search));
-        return true;
-      }
-      case kGetChannelConfig: {
-        MwHandle config = MwSearchManagerGetChannelConfig(r->handle);
-        SetObjectOrNull(result, ChannelConfigCreate(r->instance, config));
-        return true;
-      }
-      default:
-        return false;
-    }
+  // Calls need the middleware's manager.
+  static Gate Check(const SearchManagerRecord* r, Access access) {
+    return access == Access::kCall ? NeedHandle(r) : r ? Gate::kGo : Gate::kFail;
   }
 };
 

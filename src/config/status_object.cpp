@@ -1,3 +1,0 @@
-#include "config/status_object.h"
-
-const char* const kStatusMethodNames[2] = {"addEventListener", "removeEventListener"};

@@ -1,0 +1,135 @@
+// A kind's members, one row each: a property is its name with a getter
+// and/or a setter, a method its name with a call. Two marker rows stand for
+// what the frame answers from the kind's event table: the onXxx properties
+// (in the table's order) and addEventListener/removeEventListener.
+//
+//   using Row = Member<KeysetRecord>;
+//   const Row kMembers[] = {
+//       Row::Get("value", Value),
+//       Row::Get("maximumValue", MaximumValue),
+//       Row::Call("setValue", SetValue),
+//   };
+//
+// The rows' order is the order of the name tables: lookups compare in that
+// order and the first name that matches wins.
+#ifndef ORVANE_FRAME_MEMBERS_H
+#define ORVANE_FRAME_MEMBERS_H
+
+#include <cstddef>
+#include <cstdint>
+
+#include "frame/listeners.h"
+#include "npapi/npapi.h"
+
+enum class RowKind : uint8_t { kMember, kEventSlots, kListenerMethods };
+
+template <class R>
+struct Member {
+  using Getter = bool (*)(R* record, NPVariant* result);
+  using Setter = bool (*)(R* record, const NPVariant* value);
+  using Caller = bool (*)(R* record, const NPVariant* args, uint32_t count, NPVariant* result);
+
+  const char* name;
+  Getter get;
+  Setter set;
+  Caller call;
+  RowKind kind;
+
+  static constexpr Member Get(const char* name, Getter get, Setter set = nullptr) {
+    return {name, get, set, nullptr, RowKind::kMember};
+  }
+  static constexpr Member Set(const char* name, Setter set) {
+    return {name, nullptr, set, nullptr, RowKind::kMember};
+  }
+  static constexpr Member Call(const char* name, Caller call) {
+    return {name, nullptr, nullptr, call, RowKind::kMember};
+  }
+  // The kind's onXxx properties, one per event table entry, here.
+  static constexpr Member EventSlots() { return {nullptr, nullptr, nullptr, nullptr, RowKind::kEventSlots}; }
+  // addEventListener and removeEventListener, here.
+  static constexpr Member ListenerMethods() {
+    return {nullptr, nullptr, nullptr, nullptr, RowKind::kListenerMethods};
+  }
+};
+
+// What a name found: its row, and for an onXxx property its slot in the
+// event table, or for a listener method which one it is.
+struct FoundMember {
+  const void* row;  // null: no such name
+  int16_t slot;     // the onXxx slot, or -1
+  int8_t listener;  // 1 add, 2 remove, 0 neither
+};
+
+// What the index reads of a row.
+struct RowInfo {
+  const void* row;
+  const char* name;
+  RowKind kind;
+  bool method;
+};
+
+// The interned names of a kind's rows (the frame's side; the rows stay
+// typed in MemberTable below).
+class MemberIndex {
+ public:
+  using Info = RowInfo (*)(const void* rows, size_t i);
+  MemberIndex(const void* rows, size_t count, Info info, const EventTable* events)
+      : rows_(rows), count_(count), info_(info), events_(events) {}
+  // Builds the identifiers once.
+  void Intern();
+  FoundMember Property(NPIdentifier id) const { return Look(properties_, property_count_, id); }
+  FoundMember Method(NPIdentifier id) const { return Look(methods_, method_count_, id); }
+
+ private:
+  struct Name {
+    NPIdentifier id;
+    FoundMember found;
+  };
+  static constexpr size_t kMax = 48;
+  static FoundMember Look(const Name* names, size_t count, NPIdentifier id);
+  void AddName(Name* names, size_t* count, const char* name, FoundMember found);
+
+  const void* rows_;
+  size_t count_;
+  Info info_;
+  const EventTable* events_;
+  Name properties_[kMax] = {};
+  Name methods_[kMax] = {};
+  size_t property_count_ = 0;
+  size_t method_count_ = 0;
+  bool done_ = false;
+};
+
+template <class R>
+class MemberTable {
+ public:
+  template <size_t N>
+  explicit MemberTable(const Member<R> (&rows)[N], const EventTable* events = nullptr)
+      : index_(rows, N, &Info, events) {}
+  MemberTable() : index_(nullptr, 0, &Info, nullptr) {}
+  void Intern() { index_.Intern(); }
+  FoundMember Property(NPIdentifier id) const { return index_.Property(id); }
+  FoundMember Method(NPIdentifier id) const { return index_.Method(id); }
+  static const Member<R>* RowOf(const FoundMember& f) { return static_cast<const Member<R>*>(f.row); }
+
+ private:
+  static RowInfo Info(const void* rows, size_t i) {
+    const Member<R>& m = static_cast<const Member<R>*>(rows)[i];
+    return {&m, m.name, m.kind, m.call != nullptr};
+  }
+  MemberIndex index_;
+};
+
+// A kind's table from its rows (and its event table, when it has events).
+#define ORV_MEMBER_ROWS(rows)                      \
+  static MemberTable<Record>& Members() {          \
+    static MemberTable<Record> table(rows);        \
+    return table;                                  \
+  }
+#define ORV_MEMBER_ROWS_WITH_EVENTS(rows)          \
+  static MemberTable<Record>& Members() {          \
+    static MemberTable<Record> table(rows, &Events()); \
+    return table;                                  \
+  }
+
+#endif
