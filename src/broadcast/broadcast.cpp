@@ -67,8 +67,7 @@ BroadcastRecord* Broadcast::FindByHandle(MwHandle handle) {
 
 void BroadcastInit() {
   SEventInit();
-  Broadcast::Properties().Intern();
-  Broadcast::Methods().Intern();
+  Broadcast::Members().Intern();
 }
 
 BroadcastRecord* BroadcastCreate(NPP instance, const char*) {

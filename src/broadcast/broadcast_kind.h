@@ -31,7 +31,8 @@ struct Broadcast : InstanceKindBase<Broadcast, BroadcastRecord> {
   static const EventTable& Events();  // the onXxx properties, in property order
   static MemberTable<BroadcastRecord>& Members();
   static Gate Check(const BroadcastRecord* r, Access access);
-  static bool Unknown(BroadcastRecord* r, NPIdentifier id, Access access);
+  static bool Unknown(BroadcastRecord* r, NPIdentifier id, Access access, const NPVariant* args,
+                      uint32_t count, NPVariant* result);
   static BroadcastRecord* FindByHandle(MwHandle handle);
 };
 

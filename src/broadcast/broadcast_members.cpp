@@ -307,7 +307,8 @@ Gate Broadcast::Check(const BroadcastRecord* r, Access access) {
   return r ? Gate::kGo : Gate::kFail;
 }
 
-bool Broadcast::Unknown(BroadcastRecord*, NPIdentifier id, Access access) {
+bool Broadcast::Unknown(BroadcastRecord*, NPIdentifier id, Access access, const NPVariant*, uint32_t,
+                        NPVariant*) {
   if (access == Access::kGet) LogUnknownProperty(id);
   if (access == Access::kSet) ORV_ERROR("Broadcast_SetProperty", 750, "\n");  // unknown or read-only
   return false;

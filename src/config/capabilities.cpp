@@ -10,10 +10,6 @@ namespace {
 
 RecordList g_capabilities;
 
-enum Property { kXmlCapabilities, kExtraSD, kExtraHD };
-const char* const kPropertyNames[] = {"xmlCapabilities", "extraSDVideoDecodes", "extraHDVideoDecodes"};
-const char* const kMethodNames[] = {"hasCapability"};
-
 // The capability description as a Document made by the page's own
 // DOMParser from the middleware's XML text.
 bool XmlDocument(CapabilitiesRecord* r, NPVariant* result) {
@@ -37,33 +33,30 @@ bool XmlDocument(CapabilitiesRecord* r, NPVariant* result) {
   return ok;
 }
 
-// The middleware's capabilities go with the object.
+// hasCapability(profileName): with any other number of arguments the call
+// succeeds with no result.
+bool HasCapability(CapabilitiesRecord* r, const NPVariant* args, uint32_t count, NPVariant* result) {
+  if (count != 1) return true;
+  MwString name = IsString(args[0]) ? ArgString(args[0]) : MwString{0, ""};
+  SetBool(result, MwCapabilitiesHasCapability(r->handle, &name) != 0);
+  return true;
+}
+
+using R = CapabilitiesRecord;
+using Row = Member<R>;
+const Row kMembers[] = {
+    Row::Get("xmlCapabilities", XmlDocument),
+    Row::Get("extraSDVideoDecodes", IntOf<R, MwCapabilitiesGetExtraSDVideoDecodes>),
+    Row::Get("extraHDVideoDecodes", IntOf<R, MwCapabilitiesGetExtraHDVideoDecodes>),
+    Row::Call("hasCapability", HasCapability),
+};
+
+// The middleware's capabilities go with the object. Reads need them.
 struct Capabilities : HandleWithObjectKind<Capabilities, CapabilitiesRecord> {
-  ORV_PROPERTY_TABLE(kPropertyNames)
-  ORV_METHOD_TABLE(kMethodNames)
+  ORV_MEMBER_ROWS(kMembers)
   static RecordList& List() { return g_capabilities; }
-
-  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    CapabilitiesRecord* r = Find(object);
-    if (!r || !r->handle) return false;
-    switch (Properties().Find(id)) {
-      case kXmlCapabilities: return XmlDocument(r, result);
-      case kExtraSD: SetInt(result, MwCapabilitiesGetExtraSDVideoDecodes(r->handle)); return true;
-      case kExtraHD: SetInt(result, MwCapabilitiesGetExtraHDVideoDecodes(r->handle)); return true;
-      default: return false;
-    }
-  }
-
-  // hasCapability(profileName): with any other number of arguments the
-  // call succeeds with no result.
-  static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
-                     NPVariant* result) {
-    CapabilitiesRecord* r = Find(object);
-    if (!r || Methods().Find(id) != 0) return false;
-    if (count != 1) return true;
-    MwString name = IsString(args[0]) ? ArgString(args[0]) : MwString{0, ""};
-    SetBool(result, MwCapabilitiesHasCapability(r->handle, &name) != 0);
-    return true;
+  static Gate Check(const R* r, Access access) {
+    return access == Access::kGet ? NeedHandle(r) : r ? Gate::kGo : Gate::kFail;
   }
 };
 

@@ -15,34 +15,50 @@ MwHandle g_preferences = 0;  // of the current Configuration object
 
 // ---- the Configuration object: user preferences ---------------------------------
 
-enum Preference {
-  kAudioLanguage,
-  kSubtitleLanguage,
-  kUILanguage,
-  kCountryId,
-  kPostcode,
-  kSpeechDescription,
-  kVoiceControl,
-  kTerminalMode,
-};
-const char* const kPreferenceNames[] = {
-    "preferredAudioLanguage", "preferredSubtitleLanguage", "preferredUILanguage", "countryId",
-    "postcode", "speechDescriptionEnabled", "voiceControlEnabled", "terminalMode",
-};
+// Every Configuration object answers from the current preferences.
+template <MwHandle (*Read)(MwHandle)>
+bool Text(ObjectRecord*, NPVariant* result) {
+  NP_UtilsHbbtvStringToResult(Read(g_preferences), result);
+  return true;
+}
+
+// No postcode: the read fails.
+bool Postcode(ObjectRecord*, NPVariant* result) {
+  MwHandle postcode = MwConfigGetPostcode(g_preferences);
+  if (!postcode) return false;
+  NP_UtilsHbbtvStringToResult(postcode, result);
+  return true;
+}
 
 // 1 true, 0 false, anything else: undefined (a setting the receiver lacks).
-bool TriState(int32_t value, NPVariant* result) {
+template <int32_t (*Read)(MwHandle)>
+bool TriState(ObjectRecord*, NPVariant* result) {
+  int32_t value = Read(g_preferences);
   if (value == 0 || value == 1) SetBool(result, value == 1);
   return true;
 }
 
-bool Text(MwHandle text, NPVariant* result) {
-  NP_UtilsHbbtvStringToResult(text, result);
+bool TerminalMode(ObjectRecord*, NPVariant* result) {
+  SetInt(result, MwConfigGetTerminalMode(g_preferences));
   return true;
 }
 
+using Row = Member<ObjectRecord>;
+const Row kPreferences[] = {
+    Row::Get("preferredAudioLanguage", Text<MwConfigGetPreferredAudioLanguage>),
+    Row::Get("preferredSubtitleLanguage", Text<MwConfigGetPreferredSubtitleLanguage>),
+    Row::Get("preferredUILanguage", Text<MwConfigGetPreferredUILanguage>),
+    Row::Get("countryId", Text<MwConfigGetCountryId>),
+    Row::Get("postcode", Postcode),
+    Row::Get("speechDescriptionEnabled", TriState<MwConfigGetSpeechDescriptionEnabled>),
+    Row::Get("voiceControlEnabled", TriState<MwConfigGetVoiceControlEnabled>),
+    Row::Get("terminalMode", TerminalMode),
+};
+
+// Its objects have no record of their own.
 struct Configuration : KindDefaults<Configuration> {
-  ORV_PROPERTY_TABLE(kPreferenceNames)
+  ORV_MEMBER_ROWS(kPreferences)
+  static Gate Check(const ObjectRecord*, Access) { return Gate::kGo; }
 
   // The preferences go with the current object: a later read through an
   // older object finds none rather than a released handle.
@@ -52,60 +68,36 @@ struct Configuration : KindDefaults<Configuration> {
     g_preferences = 0;
     conf_np_obj = nullptr;
   }
-
-  // Every Configuration object answers from the current preferences.
-  static bool GetProperty(NPObject*, NPIdentifier id, NPVariant* result) {
-    MwHandle p = g_preferences;
-    switch (Properties().Find(id)) {
-      case kAudioLanguage: return Text(MwConfigGetPreferredAudioLanguage(p), result);
-      case kSubtitleLanguage: return Text(MwConfigGetPreferredSubtitleLanguage(p), result);
-      case kUILanguage: return Text(MwConfigGetPreferredUILanguage(p), result);
-      case kCountryId: return Text(MwConfigGetCountryId(p), result);
-      case kPostcode: {
-        MwHandle postcode = MwConfigGetPostcode(p);
-        return postcode && Text(postcode, result);  // none: the read fails
-      }
-      case kSpeechDescription: return TriState(MwConfigGetSpeechDescriptionEnabled(p), result);
-      case kVoiceControl: return TriState(MwConfigGetVoiceControlEnabled(p), result);
-      case kTerminalMode: SetInt(result, MwConfigGetTerminalMode(p)); return true;
-      default: return false;
-    }
-  }
 };
 
 // ---- the configuration element ----------------------------------------------
 
-enum Property { kConfiguration, kLocalSystem };
-const char* const kPropertyNames[] = {"configuration", "localSystem"};
+bool ConfigurationObject(OipfConfigurationRecord* r, NPVariant* result) {
+  if (!r->handle) return false;
+  NPObject* configuration = ConfigurationCreate(r->instance, r->handle);
+  SetObjectOrNull(result, configuration);
+  return configuration != nullptr;
+}
+
+bool LocalSystem(OipfConfigurationRecord* r, NPVariant* result) {
+  MwHandle local = MwConfigGetLocalSystem(r->handle);  // asked even of no configuration
+  if (!local) {
+    SetNull(result);
+    return false;
+  }
+  SetObjectOrNull(result, LocalSystemCreate(r->instance, local));
+  return true;
+}
+
+const Member<OipfConfigurationRecord> kMembers[] = {
+    Member<OipfConfigurationRecord>::Get("configuration", ConfigurationObject),
+    Member<OipfConfigurationRecord>::Get("localSystem", LocalSystem),
+};
 
 // The middleware's configuration goes with the object.
 struct OipfConfiguration : HandleWithObjectKind<OipfConfiguration, OipfConfigurationRecord> {
-  ORV_PROPERTY_TABLE(kPropertyNames)
+  ORV_MEMBER_ROWS(kMembers)
   static RecordList& List() { return g_configurations; }
-
-  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    OipfConfigurationRecord* r = Find(object);
-    if (!r) return false;
-    switch (Properties().Find(id)) {
-      case kConfiguration: {
-        if (!r->handle) return false;
-        NPObject* configuration = ConfigurationCreate(r->instance, r->handle);
-        SetObjectOrNull(result, configuration);
-        return configuration != nullptr;
-      }
-      case kLocalSystem: {
-        MwHandle local = MwConfigGetLocalSystem(r->handle);  // asked even of no configuration
-        if (!local) {
-          SetNull(result);
-          return false;
-        }
-        SetObjectOrNull(result, LocalSystemCreate(r->instance, local));
-        return true;
-      }
-      default:
-        return false;
-    }
-  }
 };
 
 }  // namespace
@@ -115,7 +107,7 @@ ORV_OPENED_INSTANCE_KIND(kConfigurationKind, OipfConfiguration, g_configurations
                          OipfConfigurationDestroy, MwConfigurationOpen)
 
 NPObject* ConfigurationCreate(NPP instance, MwHandle configuration) {
-  Configuration::Properties().Intern();
+  Configuration::Members().Intern();
   NPObject* object = NPN_CreateObject(instance, ScriptClass<Configuration>::Class());
   if (!object) return nullptr;
   // The new object's preferences replace the current ones. The previous

@@ -1,20 +1,21 @@
 // The script-object frame: every object the page sees is a script object of
 // one NPClass per kind, with its state in a record of the kind's list. A
-// kind states its names, its record, its list and its operations; the
-// NPClass plumbing, interning and the record life cycle are written here.
+// kind states its member rows, its record, its list and, when it has them,
+// its events and its precondition; the NPClass plumbing, interning,
+// listeners and the record life cycle are written here.
 //
 //   struct Keyset : HandedOutKind<Keyset> {
-//     ORV_PROPERTY_TABLE(kPropertyNames)  ORV_METHOD_TABLE(kMethodNames)
+//     ORV_MEMBER_ROWS(kMembers)
 //     static RecordList& List();
-//     static bool GetProperty(NPObject*, NPIdentifier, NPVariant*);  ...
 //   };
 //   NPObject* object = NewHandedOut<Keyset>(instance, handle, kReleaseOnFailure);
 //
 // The script object carries a pointer to its record, so that an operation
 // finds it at once; the pointer is cleared when the record goes first.
 //
-// Defaults: hasMethod/hasProperty look the identifier up in the tables;
-// invoke, getProperty and setProperty fail; invokeDefault, removeProperty,
+// Defaults: hasMethod/hasProperty look the identifier up in the rows;
+// invoke, getProperty and setProperty run the row's call, getter or setter
+// (and fail for a name without one); invokeDefault, removeProperty,
 // enumerate and construct answer kStubResult (true) and leave the browser
 // nothing undefined (a Void result, no names). A getProperty or invoke that
 // reports failure hands the browser no reference: a String or Object it
@@ -32,48 +33,6 @@
 #include "npapi/browser.h"
 #include "npapi/npapi.h"
 #include "utils/record_alloc.h"
-
-// A kind's names, turned into identifiers on the kind's first creation.
-class NameTable {
- public:
-  template <size_t N>
-  explicit NameTable(const char* const (&names)[N]) : names_(names), count_(N) {
-    static_assert(N <= kMax, "name table too long");
-  }
-  NameTable() : names_(nullptr), count_(0) {}
-  void Intern() {
-    if (done_) return;
-    for (size_t i = 0; i < count_; i++) ids_[i] = NPN_GetStringIdentifier(names_[i]);
-    done_ = 1;
-  }
-  // Index of `id` in table order, or -1.
-  int Find(NPIdentifier id) const {
-    if (!done_) return -1;
-    for (size_t i = 0; i < count_; i++)
-      if (ids_[i] == id) return static_cast<int>(i);
-    return -1;
-  }
-  NPIdentifier operator[](size_t i) const { return ids_[i]; }
-
- private:
-  static constexpr size_t kMax = 48;
-  const char* const* names_;
-  size_t count_;
-  NPIdentifier ids_[kMax] = {};
-  int done_ = 0;
-};
-
-// A kind's tables from its arrays of names.
-#define ORV_PROPERTY_TABLE(names)          \
-  static NameTable& Properties() {         \
-    static NameTable table(names);         \
-    return table;                          \
-  }
-#define ORV_METHOD_TABLE(names)            \
-  static NameTable& Methods() {            \
-    static NameTable table(names);         \
-    return table;                          \
-  }
 
 // The script object: the NPObject header and the record behind it.
 struct ScriptObject {
@@ -169,13 +128,12 @@ enum class Gate : uint8_t { kGo, kFail, kSucceed };
 // Properties and methods come from the kind's member rows: the kind's
 // precondition (`Check`: a record is needed) is asked first, then the name
 // is looked up; an unknown name (or a property without that accessor) is
-// `Unknown`'s to answer (false).
+// `Unknown`'s to answer (false): it gets the call's arguments (a write's
+// value as one argument) and result.
 template <class K, class R = ObjectRecord>
 struct KindDefaults {
   using Record = R;
   static constexpr bool kStubResult = true;
-  static NameTable& Properties() { static NameTable none; return none; }
-  static NameTable& Methods() { static NameTable none; return none; }
   static MemberTable<R>& Members() { static MemberTable<R> none; return none; }
   static const EventTable& Events() {
     static const EventTable none = {nullptr, 0, TypeRule::kIgnore, EmptyRead::kNoValue};
@@ -183,12 +141,12 @@ struct KindDefaults {
   }
   static R* Find(const NPObject* o) { return ScriptClass<K>::RecordOf(o); }
   static Gate Check(const R* r, Access) { return r ? Gate::kGo : Gate::kFail; }
-  static bool Unknown(R*, NPIdentifier, Access) { return false; }
+  static bool Unknown(R*, NPIdentifier, Access, const NPVariant*, uint32_t, NPVariant*) { return false; }
   static bool HasMethod(NPObject*, NPIdentifier id) {
-    return K::Methods().Find(id) >= 0 || K::Members().Method(id).row;
+    return K::Members().Method(id).row != nullptr;
   }
   static bool HasProperty(NPObject*, NPIdentifier id) {
-    return K::Properties().Find(id) >= 0 || K::Members().Property(id).row;
+    return K::Members().Property(id).row != nullptr;
   }
   static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
     R* r = K::Find(object);
@@ -197,7 +155,7 @@ struct KindDefaults {
     FoundMember found = K::Members().Property(id);
     if (found.slot >= 0) return ReadListenerProperty(r, K::Events(), found.slot, result);
     const Member<R>* m = MemberTable<R>::RowOf(found);
-    return m && m->get ? m->get(r, result) : K::Unknown(r, id, Access::kGet);
+    return m && m->get ? m->get(r, result) : K::Unknown(r, id, Access::kGet, nullptr, 0, result);
   }
   static bool SetProperty(NPObject* object, NPIdentifier id, const NPVariant* value) {
     R* r = K::Find(object);
@@ -209,7 +167,7 @@ struct KindDefaults {
       return true;
     }
     const Member<R>* m = MemberTable<R>::RowOf(found);
-    return m && m->set ? m->set(r, value) : K::Unknown(r, id, Access::kSet);
+    return m && m->set ? m->set(r, value) : K::Unknown(r, id, Access::kSet, value, 1, nullptr);
   }
   static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
                      NPVariant* result) {
@@ -219,7 +177,7 @@ struct KindDefaults {
     FoundMember found = K::Members().Method(id);
     if (found.listener) return ListenerMethod(r, K::Events(), found.listener == 1, args, count);
     const Member<R>* m = MemberTable<R>::RowOf(found);
-    return m && m->call ? m->call(r, args, count, result) : K::Unknown(r, id, Access::kCall);
+    return m && m->call ? m->call(r, args, count, result) : K::Unknown(r, id, Access::kCall, args, count, result);
   }
   static void Deallocate(NPObject*) {}
 };
@@ -236,8 +194,6 @@ Gate NeedHandle(const R* r) {
 template <class K>
 typename K::Record* NewRecord(NPP instance, size_t extra = 0) {
   using R = typename K::Record;
-  K::Properties().Intern();
-  K::Methods().Intern();
   K::Members().Intern();
   R* r = static_cast<R*>(RecordAlloc(sizeof(R) + extra));
   if (!r) return nullptr;

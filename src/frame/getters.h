@@ -21,11 +21,6 @@ bool BoolOf(R* r, NPVariant* result) {
   SetBool(result, Read(r->handle) != 0);
   return true;
 }
-template <class R, double (*Read)(MwHandle)>
-bool DoubleOf(R* r, NPVariant* result) {
-  SetDouble(result, Read(r->handle));
-  return true;
-}
 // A middleware string (released); Null when it has none.
 template <class R, MwHandle (*Read)(MwHandle)>
 bool TextOf(R* r, NPVariant* result) {

@@ -106,6 +106,7 @@ class MemberTable {
   template <size_t N>
   explicit MemberTable(const Member<R> (&rows)[N], const EventTable* events = nullptr)
       : index_(rows, N, &Info, events) {}
+  MemberTable(const Member<R>* rows, size_t count) : index_(rows, count, &Info, nullptr) {}
   MemberTable() : index_(nullptr, 0, &Info, nullptr) {}
   void Intern() { index_.Intern(); }
   FoundMember Property(NPIdentifier id) const { return index_.Property(id); }

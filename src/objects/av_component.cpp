@@ -9,52 +9,44 @@ namespace {
 
 RecordList g_components;
 
-enum Property {
-  kComponentTag,
-  kPid,
-  kType,
-  kEncoding,
-  kEncrypted,
-  kAspectRatio,
-  kLanguage,
-  kAudioDescription,
-  kAudioChannels,
-  kHearingImpaired,
-};
+// The component has no tag: the read fails.
+bool ComponentTag(ObjectRecord* r, NPVariant* result) {
+  int32_t tag = MwComponentGetTag(r->handle);
+  if (tag == -1) return false;
+  SetInt(result, tag);
+  return true;
+}
 
-const char* const kPropertyNames[] = {
-    "componentTag", "pid",      "type",             "encoding",      "encrypted",
-    "aspectRatio",  "language", "audioDescription", "audioChannels", "hearingImpaired",
+// The flags count as set only for exactly 1.
+template <int32_t (*Read)(MwHandle)>
+bool Flag(ObjectRecord* r, NPVariant* result) {
+  SetBool(result, Read(r->handle) == 1);
+  return true;
+}
+
+bool AspectRatio(ObjectRecord* r, NPVariant* result) {
+  SetDouble(result, MwComponentGetAspectRatio(r->handle));
+  return true;
+}
+
+using R = ObjectRecord;
+using Row = Member<R>;
+const Row kMembers[] = {
+    Row::Get("componentTag", ComponentTag),
+    Row::Get("pid", IntOf<R, MwComponentGetPid>),
+    Row::Get("type", IntOf<R, MwComponentGetType>),
+    Row::Get("encoding", TextOf<R, MwComponentGetEncoding>),
+    Row::Get("encrypted", Flag<MwComponentIsEncrypted>),
+    Row::Get("aspectRatio", AspectRatio),
+    Row::Get("language", TextOf<R, MwComponentGetLanguage>),
+    Row::Get("audioDescription", Flag<MwComponentHasAudioDescription>),
+    Row::Get("audioChannels", IntOf<R, MwComponentGetAudioChannels>),
+    Row::Get("hearingImpaired", Flag<MwComponentIsHearingImpaired>),
 };
 
 struct AVComponent : HandedOutKind<AVComponent> {
-  ORV_PROPERTY_TABLE(kPropertyNames)
+  ORV_MEMBER_ROWS(kMembers)
   static RecordList& List() { return g_components; }
-
-  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    ObjectRecord* r = Find(object);
-    if (!r) return false;
-    MwHandle h = r->handle;
-    switch (Properties().Find(id)) {
-      case kComponentTag: {
-        int32_t tag = MwComponentGetTag(h);
-        if (tag == -1) return false;  // the component has no tag
-        SetInt(result, tag);
-        return true;
-      }
-      case kPid: SetInt(result, MwComponentGetPid(h)); return true;
-      case kType: SetInt(result, MwComponentGetType(h)); return true;
-      case kEncoding: NP_UtilsHbbtvStringToResult(MwComponentGetEncoding(h), result); return true;
-      // The flags count as set only for exactly 1.
-      case kEncrypted: SetBool(result, MwComponentIsEncrypted(h) == 1); return true;
-      case kAspectRatio: SetDouble(result, MwComponentGetAspectRatio(h)); return true;
-      case kLanguage: NP_UtilsHbbtvStringToResult(MwComponentGetLanguage(h), result); return true;
-      case kAudioDescription: SetBool(result, MwComponentHasAudioDescription(h) == 1); return true;
-      case kAudioChannels: SetInt(result, MwComponentGetAudioChannels(h)); return true;
-      case kHearingImpaired: SetBool(result, MwComponentIsHearingImpaired(h) == 1); return true;
-      default: return false;
-    }
-  }
 };
 
 }  // namespace

@@ -10,72 +10,44 @@ namespace {
 
 RecordList g_channels;
 
-enum Property {
-  kTypeTv,
-  kTypeRadio,
-  kTypeOther,
-  kTypeHbbtvData,
-  kChannelType,
-  kCcid,
-  kDsd,
-  kOnid,
-  kTsid,
-  kSid,
-  kName,
-  kNid,
-  kMajorChannel,
-  kLocked,
-  kShortName,
-  kRunningStatus,
-  kHidden,
-  kOpalChannelType,
-  kFreesatServiceId,
+// No major channel: the property reads as absent.
+bool MajorChannel(ObjectRecord* r, NPVariant* result) {
+  int32_t major = MwChannelGetMajorChannel(r->handle);
+  if (major < 0) return false;
+  SetInt(result, major);
+  return true;
+}
+
+using R = ObjectRecord;
+using Row = Member<R>;
+const Row kMembers[] = {
+    Row::Get("TYPE_TV", Constant<R, 0>),
+    Row::Get("TYPE_RADIO", Constant<R, 1>),
+    Row::Get("TYPE_OTHER", Constant<R, 2>),
+    Row::Get("TYPE_HBBTV_DATA", Constant<R, 256>),
+    Row::Get("channelType", IntOf<R, MwChannelGetChannelType>),
+    Row::Get("ccid", TextOf<R, MwChannelGetCcid>),
+    Row::Get("dsd", TextOf<R, MwChannelGetDsd>),
+    Row::Get("onid", IntOf<R, MwChannelGetOnid>),
+    Row::Get("tsid", IntOf<R, MwChannelGetTsid>),
+    Row::Get("sid", IntOf<R, MwChannelGetSid>),
+    Row::Get("name", TextOf<R, MwChannelGetName>),
+    Row::Get("nid", IntOf<R, MwChannelGetNid>),
+    Row::Get("majorChannel", MajorChannel),
+    Row::Get("locked", BoolOf<R, MwChannelIsLocked>),
+    Row::Get("shortName", TextOf<R, MwChannelGetShortName>),
+    // A flag, not the DVB running-status code: pages test it for truth.
+    Row::Get("runningStatus", BoolOf<R, MwChannelGetRunningStatus>),
+    Row::Get("hidden", BoolOf<R, MwChannelIsHidden>),
+    Row::Get("opalChannelType", IntOf<R, MwChannelGetOpalChannelType>),
+    Row::Get("freesatServiceID", IntOf<R, MwChannelGetFreesatServiceID>),
 };
 
-const char* const kPropertyNames[] = {
-    "TYPE_TV",     "TYPE_RADIO",   "TYPE_OTHER", "TYPE_HBBTV_DATA", "channelType",
-    "ccid",        "dsd",          "onid",       "tsid",            "sid",
-    "name",        "nid",          "majorChannel", "locked",        "shortName",
-    "runningStatus", "hidden",     "opalChannelType", "freesatServiceID",
-};
-
+// A channel of handle 0 fails every read.
 struct Channel : HandedOutKind<Channel> {
-  ORV_PROPERTY_TABLE(kPropertyNames)
+  ORV_MEMBER_ROWS(kMembers)
   static RecordList& List() { return g_channels; }
-
-  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    ObjectRecord* r = Find(object);
-    if (!r || !r->handle) return false;
-    MwHandle h = r->handle;
-    switch (Properties().Find(id)) {
-      case kTypeTv: SetInt(result, 0); return true;
-      case kTypeRadio: SetInt(result, 1); return true;
-      case kTypeOther: SetInt(result, 2); return true;
-      case kTypeHbbtvData: SetInt(result, 256); return true;
-      case kChannelType: SetInt(result, MwChannelGetChannelType(h)); return true;
-      case kCcid: NP_UtilsHbbtvStringToResult(MwChannelGetCcid(h), result); return true;
-      case kDsd: NP_UtilsHbbtvStringToResult(MwChannelGetDsd(h), result); return true;
-      case kOnid: SetInt(result, MwChannelGetOnid(h)); return true;
-      case kTsid: SetInt(result, MwChannelGetTsid(h)); return true;
-      case kSid: SetInt(result, MwChannelGetSid(h)); return true;
-      case kName: NP_UtilsHbbtvStringToResult(MwChannelGetName(h), result); return true;
-      case kNid: SetInt(result, MwChannelGetNid(h)); return true;
-      case kMajorChannel: {
-        int32_t major = MwChannelGetMajorChannel(h);
-        if (major < 0) return false;  // no major channel: the property reads as absent
-        SetInt(result, major);
-        return true;
-      }
-      case kLocked: SetBool(result, MwChannelIsLocked(h) != 0); return true;
-      case kShortName: NP_UtilsHbbtvStringToResult(MwChannelGetShortName(h), result); return true;
-      // A flag, not the DVB running-status code: pages test it for truth.
-      case kRunningStatus: SetBool(result, MwChannelGetRunningStatus(h) != 0); return true;
-      case kHidden: SetBool(result, MwChannelIsHidden(h) != 0); return true;
-      case kOpalChannelType: SetInt(result, MwChannelGetOpalChannelType(h)); return true;
-      case kFreesatServiceId: SetInt(result, MwChannelGetFreesatServiceID(h)); return true;
-      default: return false;
-    }
-  }
+  static Gate Check(const ObjectRecord* r, Access) { return NeedHandle(r); }
 };
 
 }  // namespace
@@ -118,8 +90,8 @@ bool GetChannelByTriplet(CollectionRecord* r, const NPVariant* args, uint32_t co
 }
 
 const CollectionMember kListMembers[] = {
-    {"getChannel", nullptr, GetChannel},
-    {"getChannelByTriplet", nullptr, GetChannelByTriplet},
+    CollectionMember::Call("getChannel", GetChannel),
+    CollectionMember::Call("getChannelByTriplet", GetChannelByTriplet),
 };
 
 }  // namespace

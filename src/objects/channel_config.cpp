@@ -8,42 +8,36 @@ namespace {
 
 RecordList g_configs;
 
-enum Property { kChannelList, kGenres };
-const char* const kPropertyNames[] = {"channelList", "genres"};
+// Every read is a new collection over a new list, which it owns.
+bool ListResult(ChannelConfigRecord* r, MwHandle list, uint32_t kind, NPVariant* result) {
+  NPObject* collection = list ? CollectionCreate(r->instance, list, kind) : nullptr;
+  if (!collection) {
+    SetNull(result);
+    return false;
+  }
+  SetObject(result, collection);
+  return true;
+}
 
+bool ChannelList(ChannelConfigRecord* r, NPVariant* result) {
+  return ListResult(r, MwChannelConfigGetChannelList(r->handle), kCollectionChannels, result);
+}
+
+bool Genres(ChannelConfigRecord* r, NPVariant* result) {
+  return ListResult(r, MwChannelConfigGetGenres(r->handle), kCollectionStrings, result);
+}
+
+const Member<ChannelConfigRecord> kMembers[] = {
+    Member<ChannelConfigRecord>::Get("channelList", ChannelList),
+    Member<ChannelConfigRecord>::Get("genres", Genres),
+};
+
+// A configuration of handle 0 fails every read.
 struct ChannelConfig : HandedOutKind<ChannelConfig, ChannelConfigRecord> {
   static constexpr bool kStubResult = false;
-  ORV_PROPERTY_TABLE(kPropertyNames)
+  ORV_MEMBER_ROWS(kMembers)
   static RecordList& List() { return g_configs; }
-
-  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    ChannelConfigRecord* r = Find(object);
-    if (!r) return false;
-    MwHandle list;
-    uint32_t kind;
-    switch (Properties().Find(id)) {
-      case kChannelList:
-        if (!r->handle) return false;
-        list = MwChannelConfigGetChannelList(r->handle);
-        kind = kCollectionChannels;
-        break;
-      case kGenres:
-        if (!r->handle) return false;
-        list = MwChannelConfigGetGenres(r->handle);
-        kind = kCollectionStrings;
-        break;
-      default:
-        return false;
-    }
-    // Every read is a new collection over a new list, which it owns.
-    NPObject* collection = list ? CollectionCreate(r->instance, list, kind) : nullptr;
-    if (!collection) {
-      SetNull(result);
-      return false;
-    }
-    SetObject(result, collection);
-    return true;
-  }
+  static Gate Check(const ChannelConfigRecord* r, Access) { return NeedHandle(r); }
 };
 
 }  // namespace

@@ -11,17 +11,9 @@ namespace {
 
 RecordList g_collections;
 
-enum Name { kLength, kItem };
-const char* const kNames[] = {"length", "item"};
-
-constexpr size_t kMaxMembers = 4;
-// The identifiers of each kind's members, interned on the first collection
-// of the kind.
-struct MemberIds {
-  bool done;
-  NPIdentifier ids[kMaxMembers];
-};
-MemberIds g_member_ids[kCollectionKindCount];
+// Each kind's members, interned on the first collection of the kind.
+MemberTable<CollectionRecord> g_members[kCollectionKindCount];
+bool g_members_done[kCollectionKindCount];
 
 const CollectionItemKind* ItemKind(uint32_t kind) {
   return kind < kCollectionKindCount ? g_collection_item_kinds[kind] : nullptr;
@@ -29,19 +21,17 @@ const CollectionItemKind* ItemKind(uint32_t kind) {
 
 void InternMembers(uint32_t kind) {
   const CollectionItemKind* info = ItemKind(kind);
-  if (!info || g_member_ids[kind].done) return;
-  for (size_t i = 0; i < info->member_count && i < kMaxMembers; i++)
-    g_member_ids[kind].ids[i] = NPN_GetStringIdentifier(info->members[i].name);
-  g_member_ids[kind].done = true;
+  if (!info || g_members_done[kind]) return;
+  g_members[kind] = MemberTable<CollectionRecord>(info->members, info->member_count);
+  g_members[kind].Intern();
+  g_members_done[kind] = true;
 }
 
-// The kind's member named by `id`, or null.
-const CollectionMember* FindMember(uint32_t kind, NPIdentifier id) {
-  const CollectionItemKind* info = ItemKind(kind);
-  if (!info || !g_member_ids[kind].done) return nullptr;
-  for (size_t i = 0; i < info->member_count && i < kMaxMembers; i++)
-    if (g_member_ids[kind].ids[i] == id) return &info->members[i];
-  return nullptr;
+// The kind's property or method named by `id`, or null.
+const CollectionMember* FindMember(uint32_t kind, NPIdentifier id, bool method) {
+  if (kind >= kCollectionKindCount || !g_members_done[kind]) return nullptr;
+  FoundMember found = method ? g_members[kind].Method(id) : g_members[kind].Property(id);
+  return MemberTable<CollectionRecord>::RowOf(found);
 }
 
 // The index a property identifier names: an integer identifier, or a string
@@ -63,53 +53,47 @@ void Element(CollectionRecord* r, uint32_t index, NPVariant* result) {
   CollectionElementToResult(r->instance, r->kind, MwListGetItem(r->handle, index), result);
 }
 
+bool Item(CollectionRecord* r, const NPVariant* args, uint32_t count, NPVariant* result) {
+  uint32_t index;
+  if (count != 1 || !NP_UtilsGetU32BIT(&args[0], &index)) return false;
+  Element(r, index, result);
+  return true;
+}
+
+const CollectionMember kMembers[] = {
+    CollectionMember::Get("length", IntOf<CollectionRecord, MwListGetCount>),
+    CollectionMember::Call("item", Item),
+};
+
+// After its own members, a collection answers its kind's members, then
+// reads of an index.
 struct Collection : HandedOutKind<Collection, CollectionRecord> {
-  ORV_PROPERTY_TABLE(kNames)
+  ORV_MEMBER_ROWS(kMembers)
   static RecordList& List() { return g_collections; }
 
   static bool HasMethod(NPObject* object, NPIdentifier id) {
-    if (id == Properties()[kItem]) return true;
+    if (Members().Method(id).row) return true;
     CollectionRecord* r = Find(object);
-    const CollectionMember* m = r ? FindMember(r->kind, id) : nullptr;
-    return m && m->call;
+    return r && FindMember(r->kind, id, true);
   }
 
   static bool HasProperty(NPObject* object, NPIdentifier id) {
-    if (id == Properties()[kLength]) return true;
+    if (Members().Property(id).row) return true;
     CollectionRecord* r = Find(object);
-    const CollectionMember* m = r ? FindMember(r->kind, id) : nullptr;
-    if (m && m->get) return true;
+    if (r && FindMember(r->kind, id, false)) return true;
     uint32_t index;
     return IndexOf(id, &index);
   }
 
-  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    CollectionRecord* r = Find(object);
-    if (!r) return false;
-    if (id == Properties()[kLength]) {
-      SetInt(result, MwListGetCount(r->handle));
-      return true;
-    }
-    const CollectionMember* m = FindMember(r->kind, id);
-    if (m && m->get) return m->get(r, result);
+  static bool Unknown(CollectionRecord* r, NPIdentifier id, Access access, const NPVariant* args,
+                      uint32_t count, NPVariant* result) {
+    if (access == Access::kSet) return false;
+    const CollectionMember* m = FindMember(r->kind, id, access == Access::kCall);
+    if (m) return access == Access::kCall ? m->call(r, args, count, result) : m->get(r, result);
     uint32_t index;
-    if (!IndexOf(id, &index)) return false;
+    if (access == Access::kCall || !IndexOf(id, &index)) return false;
     Element(r, index, result);
     return true;
-  }
-
-  static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
-                     NPVariant* result) {
-    CollectionRecord* r = Find(object);
-    if (!r) return false;
-    if (id == Properties()[kItem]) {
-      uint32_t index;
-      if (count != 1 || !NP_UtilsGetU32BIT(&args[0], &index)) return false;
-      Element(r, index, result);
-      return true;
-    }
-    const CollectionMember* m = FindMember(r->kind, id);
-    return m && m->call && m->call(r, args, count, result);
   }
 };
 

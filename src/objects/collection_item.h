@@ -8,6 +8,7 @@
 #include <cstddef>
 
 #include "objects/collection.h"
+#include "frame/members.h"
 #include "frame/record.h"
 
 // A collection's record: `handle` is its middleware list (owned), `kind`
@@ -17,13 +18,8 @@ struct CollectionRecord : ObjectRecord {};
 // Wraps one middleware element handle into a script object.
 using ItemConstructor = NPObject* (*)(NPP instance, MwHandle element);
 
-struct CollectionMember {
-  const char* name;
-  // A property (Int32 results; no kind has setters) ...
-  bool (*get)(CollectionRecord* record, NPVariant* result);
-  // ... or a method.
-  bool (*call)(CollectionRecord* record, const NPVariant* args, uint32_t count, NPVariant* result);
-};
+// A list kind's own properties (no kind has setters) and methods.
+using CollectionMember = Member<CollectionRecord>;
 
 struct CollectionItemKind {
   ItemConstructor create;  // null: elements of this kind give Null

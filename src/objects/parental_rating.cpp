@@ -15,25 +15,18 @@ namespace {
 
 RecordList g_ratings;
 
-enum Property { kName, kScheme, kValue, kLabels, kRegion };
-const char* const kPropertyNames[] = {"name", "scheme", "value", "labels", "region"};
+using Row = Member<ObjectRecord>;
+const Row kMembers[] = {
+    Row::Get("name", TextOf<ObjectRecord, MwRatingGetName>),
+    Row::Get("scheme", TextOf<ObjectRecord, MwRatingGetScheme>),
+    Row::Get("value", IntOf<ObjectRecord, MwRatingGetValue>),
+    Row::Get("labels", IntOf<ObjectRecord, MwRatingGetLabels>),
+    Row::Get("region", TextOf<ObjectRecord, MwRatingGetRegion>),
+};
 
 struct ParentalRating : HandedOutKind<ParentalRating> {
-  ORV_PROPERTY_TABLE(kPropertyNames)
+  ORV_MEMBER_ROWS(kMembers)
   static RecordList& List() { return g_ratings; }
-
-  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    ObjectRecord* r = Find(object);
-    if (!r) return false;
-    switch (Properties().Find(id)) {
-      case kName: NP_UtilsHbbtvStringToResult(MwRatingGetName(r->handle), result); return true;
-      case kScheme: NP_UtilsHbbtvStringToResult(MwRatingGetScheme(r->handle), result); return true;
-      case kValue: SetInt(result, MwRatingGetValue(r->handle)); return true;
-      case kLabels: SetInt(result, MwRatingGetLabels(r->handle)); return true;
-      case kRegion: NP_UtilsHbbtvStringToResult(MwRatingGetRegion(r->handle), result); return true;
-      default: return false;
-    }
-  }
 };
 
 }  // namespace
@@ -77,7 +70,7 @@ bool AddParentalRating(CollectionRecord* r, const NPVariant* args, uint32_t coun
   return ok;
 }
 
-const CollectionMember kListMembers[] = {{"addParentalRating", nullptr, AddParentalRating}};
+const CollectionMember kListMembers[] = {CollectionMember::Call("addParentalRating", AddParentalRating)};
 
 }  // namespace
 

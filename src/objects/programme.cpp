@@ -11,64 +11,14 @@ namespace {
 
 RecordList g_programmes;
 
-enum Property {
-  kName,
-  kProgrammeId,
-  kProgrammeIdType,
-  kDescription,
-  kLongDescription,
-  kStartTime,
-  kDuration,
-  kChannelId,
-  kParentalRatings,
-  kAudioType,
-  kIsMultilingual,
-  kAudioLanguages,
-  kIsHd,
-  kHasAudioDescription,
-  kHasSignLanguage,
-  kGenre,
-  kHasGuidance,
-  kGuidance,
-  kMediaAssets,
-  kPromotionalContentText,
-  kHasHdSimulcast,
-  kCrids,
-  kHasRecording,
-  kRecording,
-};
-
-const char* const kPropertyNames[] = {
-    "name",          "programmeID",     "programmeIDType", "description",
-    "longDescription", "startTime",     "duration",        "channelID",
-    "parentalRatings", "audioType",     "isMultilingual",  "audioLanguages",
-    "isHD",          "hasAudioDescription", "hasSignLanguage", "genre",
-    "hasGuidance",   "guidance",        "mediaAssets",     "promotionalContentText",
-    "hasHDSimulcast", "CRIDS",          "hasRecording",    "recording",
-};
-const char* const kMethodNames[] = {"getSIDescriptors"};
-
 // A list property: a collection of `kind`, or Null and a failed read when
 // there is no list or no collection could be made.
-bool ListToResult(ObjectRecord* r, MwHandle list, uint32_t kind, NPVariant* result) {
-  NPObject* collection = list ? CollectionCreate(r->instance, list, kind) : nullptr;
+template <MwHandle (*Read)(MwHandle), uint32_t kKind>
+bool List(ObjectRecord* r, NPVariant* result) {
+  MwHandle list = Read(r->handle);
+  NPObject* collection = list ? CollectionCreate(r->instance, list, kKind) : nullptr;
   SetObjectOrNull(result, collection);
   return collection != nullptr;
-}
-
-bool Flag(int32_t value, NPVariant* result) {
-  SetBool(result, value != 0);
-  return true;
-}
-
-bool Int(int32_t value, NPVariant* result) {
-  SetInt(result, value);
-  return true;
-}
-
-bool Text(MwHandle string, NPVariant* result) {
-  NP_UtilsHbbtvStringToResult(string, result);
-  return true;
 }
 
 // No recording reads as undefined and the read succeeds: unlike the list
@@ -84,64 +34,54 @@ bool Recording(ObjectRecord* r, NPVariant* result) {
   return true;
 }
 
+// getSIDescriptors(descriptorTag [, descriptorTagExtension]): a collection
+// of descriptor strings, or Null when there are none.
+bool GetSIDescriptors(ObjectRecord* r, const NPVariant* args, uint32_t count, NPVariant* result) {
+  uint32_t tag;
+  if (count < 1 || count > 2 || !NP_UtilsGetU32BIT(&args[0], &tag)) return false;
+  // An extension that cannot be read counts as none given, as a page that
+  // passes no extension expects.
+  int32_t extension = -1;
+  uint32_t value;
+  if (count == 2 && NP_UtilsGetU32BIT(&args[1], &value)) extension = static_cast<int32_t>(value);
+  MwHandle list = MwProgrammeGetSIDescriptors(r->handle, tag, extension);
+  SetObjectOrNull(result, list ? CollectionCreate(r->instance, list, kCollectionStrings) : nullptr);
+  return true;
+}
+
+using R = ObjectRecord;
+using Row = Member<R>;
+const Row kMembers[] = {
+    Row::Get("name", TextOf<R, MwProgrammeGetName>),
+    Row::Get("programmeID", TextOf<R, MwProgrammeGetProgrammeID>),
+    Row::Get("programmeIDType", IntOf<R, MwProgrammeGetProgrammeIDType>),
+    Row::Get("description", TextOf<R, MwProgrammeGetDescription>),
+    Row::Get("longDescription", TextOf<R, MwProgrammeGetLongDescription>),
+    Row::Get("startTime", IntOf<R, MwProgrammeGetStartTime>),
+    Row::Get("duration", IntOf<R, MwProgrammeGetDuration>),
+    Row::Get("channelID", TextOf<R, MwProgrammeGetChannelID>),
+    Row::Get("parentalRatings", List<MwProgrammeGetParentalRatings, kCollectionRatings>),
+    Row::Get("audioType", IntOf<R, MwProgrammeGetAudioType>),
+    Row::Get("isMultilingual", BoolOf<R, MwProgrammeIsMultilingual>),
+    Row::Get("audioLanguages", List<MwProgrammeGetAudioLanguages, kCollectionStrings>),
+    Row::Get("isHD", BoolOf<R, MwProgrammeIsHD>),
+    Row::Get("hasAudioDescription", BoolOf<R, MwProgrammeHasAudioDescription>),
+    Row::Get("hasSignLanguage", BoolOf<R, MwProgrammeHasSignLanguage>),
+    Row::Get("genre", List<MwProgrammeGetGenre, kCollectionStrings>),
+    Row::Get("hasGuidance", BoolOf<R, MwProgrammeHasGuidance>),
+    Row::Get("guidance", List<MwProgrammeGetGuidance, kCollectionStrings>),
+    Row::Get("mediaAssets", List<MwProgrammeGetMediaAssets, kCollectionMediaAssets>),
+    Row::Get("promotionalContentText", TextOf<R, MwProgrammeGetPromotionalContentText>),
+    Row::Get("hasHDSimulcast", BoolOf<R, MwProgrammeHasHDSimulcast>),
+    Row::Get("CRIDS", List<MwProgrammeGetCRIDS, kCollectionStrings>),
+    Row::Get("hasRecording", BoolOf<R, MwProgrammeHasRecording>),
+    Row::Get("recording", Recording),
+    Row::Call("getSIDescriptors", GetSIDescriptors),
+};
+
 struct Programme : HandedOutKind<Programme> {
-  ORV_PROPERTY_TABLE(kPropertyNames)
-  ORV_METHOD_TABLE(kMethodNames)
+  ORV_MEMBER_ROWS(kMembers)
   static RecordList& List() { return g_programmes; }
-
-  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    ObjectRecord* r = Find(object);
-    if (!r) return false;
-    MwHandle h = r->handle;
-    switch (Properties().Find(id)) {
-      case kName: return Text(MwProgrammeGetName(h), result);
-      case kProgrammeId: return Text(MwProgrammeGetProgrammeID(h), result);
-      case kProgrammeIdType: return Int(MwProgrammeGetProgrammeIDType(h), result);
-      case kDescription: return Text(MwProgrammeGetDescription(h), result);
-      case kLongDescription: return Text(MwProgrammeGetLongDescription(h), result);
-      case kStartTime: return Int(MwProgrammeGetStartTime(h), result);
-      case kDuration: return Int(MwProgrammeGetDuration(h), result);
-      case kChannelId: return Text(MwProgrammeGetChannelID(h), result);
-      case kParentalRatings:
-        return ListToResult(r, MwProgrammeGetParentalRatings(h), kCollectionRatings, result);
-      case kAudioType: return Int(MwProgrammeGetAudioType(h), result);
-      case kIsMultilingual: return Flag(MwProgrammeIsMultilingual(h), result);
-      case kAudioLanguages:
-        return ListToResult(r, MwProgrammeGetAudioLanguages(h), kCollectionStrings, result);
-      case kIsHd: return Flag(MwProgrammeIsHD(h), result);
-      case kHasAudioDescription: return Flag(MwProgrammeHasAudioDescription(h), result);
-      case kHasSignLanguage: return Flag(MwProgrammeHasSignLanguage(h), result);
-      case kGenre: return ListToResult(r, MwProgrammeGetGenre(h), kCollectionStrings, result);
-      case kHasGuidance: return Flag(MwProgrammeHasGuidance(h), result);
-      case kGuidance: return ListToResult(r, MwProgrammeGetGuidance(h), kCollectionStrings, result);
-      case kMediaAssets:
-        return ListToResult(r, MwProgrammeGetMediaAssets(h), kCollectionMediaAssets, result);
-      case kPromotionalContentText: return Text(MwProgrammeGetPromotionalContentText(h), result);
-      case kHasHdSimulcast: return Flag(MwProgrammeHasHDSimulcast(h), result);
-      case kCrids: return ListToResult(r, MwProgrammeGetCRIDS(h), kCollectionStrings, result);
-      case kHasRecording: return Flag(MwProgrammeHasRecording(h), result);
-      case kRecording: return Recording(r, result);
-      default: return false;
-    }
-  }
-
-  // getSIDescriptors(descriptorTag [, descriptorTagExtension]): a collection
-  // of descriptor strings, or Null when there are none.
-  static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
-                     NPVariant* result) {
-    ObjectRecord* r = Find(object);
-    if (!r || Methods().Find(id) != 0) return false;
-    uint32_t tag;
-    if (count < 1 || count > 2 || !NP_UtilsGetU32BIT(&args[0], &tag)) return false;
-    // An extension that cannot be read counts as none given, as a page
-    // that passes no extension expects.
-    int32_t extension = -1;
-    uint32_t value;
-    if (count == 2 && NP_UtilsGetU32BIT(&args[1], &value)) extension = static_cast<int32_t>(value);
-    MwHandle list = MwProgrammeGetSIDescriptors(r->handle, tag, extension);
-    SetObjectOrNull(result, list ? CollectionCreate(r->instance, list, kCollectionStrings) : nullptr);
-    return true;
-  }
 };
 
 }  // namespace

@@ -14,121 +14,92 @@ namespace {
 
 RecordList g_recordings;
 
-// The five state constants come first, in value order.
-constexpr int kStateCount = 5;
-enum Property {
-  kStartPadding = kStateCount,
-  kEndPadding,
-  kName,
-  kDescription,
-  kStartTime,
-  kDuration,
-  kState,
-  kParentalRatings,
-  kChannel,
-  kId,
-  kRecordingStartTime,
-  kRecordingDuration,
-};
-
-const char* const kPropertyNames[] = {
-    "RECORDING_SCHEDULED", "RECORDING_STARTED", "RECORDING_COMPLETED",
-    "RECORDING_PARTIALLY_COMPLETED", "RECORDING_ERROR",
-    "startPadding", "endPadding", "name", "description", "startTime", "duration", "state",
-    "parentalRatings", "channel", "id", "recordingStartTime", "recordingDuration",
-};
-
 // The two recording times are read only for a recording that has an id: a
 // recording without one fails these reads (it is not scheduled yet, so its
 // times mean nothing; pages test the read).
-bool TimeOfIdentified(MwHandle h, int32_t (*get)(MwHandle), NPVariant* result) {
-  MwHandle id = MwRecGetId(h);
+template <int32_t (*Read)(MwHandle)>
+bool TimeOfIdentified(ObjectRecord* r, NPVariant* result) {
+  MwHandle id = MwRecGetId(r->handle);
   if (!id) return false;
-  SetInt(result, get(h));
+  SetInt(result, Read(r->handle));
   MwObjectRelease(id);
   return true;
 }
 
 // Hands the value's characters to `set` as a NUL-terminated copy; anything
 // but a String gives the empty text. False when no copy can be made.
-bool SetText(MwHandle h, void (*set)(MwHandle, const MwString*, uint32_t), const NPVariant* value) {
+template <void (*Write)(MwHandle, const MwString*, uint32_t)>
+bool SetText(ObjectRecord* r, const NPVariant* value) {
   uint32_t length = IsString(*value) ? value->value.stringValue.UTF8Length : 0;
   char* copy = static_cast<char*>(RecordAlloc(length + 1));
   if (!copy) return false;
   if (length) memcpy(copy, value->value.stringValue.UTF8Characters, length);
   copy[length] = '\0';
   MwString text = {length, copy};
-  set(h, &text, 0);
+  Write(r->handle, &text, 0);
   RecordFree(copy);
   return true;
 }
 
+template <void (*Write)(MwHandle, uint32_t)>
+bool SetSeconds(ObjectRecord* r, const NPVariant* value) {
+  uint32_t seconds;
+  if (!NP_UtilsGetU32BIT(value, &seconds)) return false;
+  Write(r->handle, seconds);
+  return true;
+}
+
+bool ParentalRatings(ObjectRecord* r, NPVariant* result) {
+  MwHandle list = MwRecGetParentalRatings(r->handle);
+  SetObjectOrNull(result, list ? CollectionCreate(r->instance, list, kCollectionRatings) : nullptr);
+  return true;
+}
+
+bool Channel(ObjectRecord* r, NPVariant* result) {
+  MwHandle channel = MwRecGetChannel(r->handle);
+  SetObjectOrNull(result, channel ? ChannelCreate(r->instance, channel) : nullptr);
+  return true;
+}
+
+// Not scheduled yet: no id, and the read fails.
+bool Id(ObjectRecord* r, NPVariant* result) {
+  MwHandle text = MwRecGetId(r->handle);
+  if (!text) return false;
+  NP_UtilsHbbtvStringToResult(text, result);
+  return true;
+}
+
+using R = ObjectRecord;
+using Row = Member<R>;
+const Row kMembers[] = {
+    // The five state constants, in value order.
+    Row::Get("RECORDING_SCHEDULED", Constant<R, 0>),
+    Row::Get("RECORDING_STARTED", Constant<R, 1>),
+    Row::Get("RECORDING_COMPLETED", Constant<R, 2>),
+    Row::Get("RECORDING_PARTIALLY_COMPLETED", Constant<R, 3>),
+    Row::Get("RECORDING_ERROR", Constant<R, 4>),
+    Row::Get("startPadding", IntOf<R, MwRecGetStartPadding>, SetSeconds<MwRecSetStartPadding>),
+    Row::Get("endPadding", IntOf<R, MwRecGetEndPadding>, SetSeconds<MwRecSetEndPadding>),
+    Row::Get("name", TextOf<R, MwRecGetName>, SetText<MwRecSetName>),
+    Row::Get("description", TextOf<R, MwRecGetDescription>, SetText<MwRecSetDescription>),
+    Row::Get("startTime", IntOf<R, MwRecGetStartTime>),
+    Row::Get("duration", IntOf<R, MwRecGetDuration>),
+    Row::Get("state", IntOf<R, MwRecGetState>),
+    Row::Get("parentalRatings", ParentalRatings),
+    Row::Get("channel", Channel),
+    Row::Get("id", Id),
+    Row::Get("recordingStartTime", TimeOfIdentified<MwRecGetRecordingStartTime>),
+    Row::Get("recordingDuration", TimeOfIdentified<MwRecGetRecordingDuration>),
+};
+
 struct ScheduledRecording : HandedOutKind<ScheduledRecording> {
-  ORV_PROPERTY_TABLE(kPropertyNames)
+  ORV_MEMBER_ROWS(kMembers)
   static RecordList& List() { return g_recordings; }
-
-  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    ObjectRecord* r = Find(object);
-    // Without a record or a handle every read succeeds with no value, so a
-    // page reading a recording that went sees undefined, not an error.
-    if (!r || !r->handle) {
-      SetVoid(result);
-      return true;
-    }
-    int index = Properties().Find(id);
-    if (index < 0) return false;
-    MwHandle h = r->handle;
-    if (index < kStateCount) {
-      SetInt(result, index);
-      return true;
-    }
-    switch (index) {
-      case kStartPadding: SetInt(result, MwRecGetStartPadding(h)); return true;
-      case kEndPadding: SetInt(result, MwRecGetEndPadding(h)); return true;
-      case kName: NP_UtilsHbbtvStringToResult(MwRecGetName(h), result); return true;
-      case kDescription: NP_UtilsHbbtvStringToResult(MwRecGetDescription(h), result); return true;
-      case kStartTime: SetInt(result, MwRecGetStartTime(h)); return true;
-      case kDuration: SetInt(result, MwRecGetDuration(h)); return true;
-      case kState: SetInt(result, MwRecGetState(h)); return true;
-      case kParentalRatings: {
-        MwHandle list = MwRecGetParentalRatings(h);
-        SetObjectOrNull(result, list ? CollectionCreate(r->instance, list, kCollectionRatings) : nullptr);
-        return true;
-      }
-      case kChannel: {
-        MwHandle channel = MwRecGetChannel(h);
-        SetObjectOrNull(result, channel ? ChannelCreate(r->instance, channel) : nullptr);
-        return true;
-      }
-      case kId: {
-        MwHandle text = MwRecGetId(h);
-        if (!text) return false;
-        NP_UtilsHbbtvStringToResult(text, result);
-        return true;
-      }
-      case kRecordingStartTime: return TimeOfIdentified(h, MwRecGetRecordingStartTime, result);
-      case kRecordingDuration: return TimeOfIdentified(h, MwRecGetRecordingDuration, result);
-      default: return false;
-    }
-  }
-
-  static bool SetProperty(NPObject* object, NPIdentifier id, const NPVariant* value) {
-    ObjectRecord* r = Find(object);
-    if (!r || !r->handle) return false;
-    uint32_t seconds;
-    switch (Properties().Find(id)) {
-      case kStartPadding:
-        if (!NP_UtilsGetU32BIT(value, &seconds)) return false;
-        MwRecSetStartPadding(r->handle, seconds);
-        return true;
-      case kEndPadding:
-        if (!NP_UtilsGetU32BIT(value, &seconds)) return false;
-        MwRecSetEndPadding(r->handle, seconds);
-        return true;
-      case kName: return SetText(r->handle, MwRecSetName, value);
-      case kDescription: return SetText(r->handle, MwRecSetDescription, value);
-      default: return false;
-    }
+  // Without a record or a handle every read succeeds with no value, so a
+  // page reading a recording that went sees undefined, not an error.
+  static Gate Check(const ObjectRecord* r, Access access) {
+    if (access == Access::kGet && !(r && r->handle)) return Gate::kSucceed;
+    return NeedHandle(r);
   }
 };
 

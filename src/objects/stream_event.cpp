@@ -28,28 +28,39 @@ struct StatusText {
 const StatusText kTrigger = {7, "trigger"};
 const StatusText kError = {5, "error"};
 
-enum Property { kName, kData, kText, kStatus };
-const char* const kPropertyNames[] = {"name", "data", "text", "status"};
+using R = StreamEventRecord;
+
+bool Name(R* r, NPVariant* result) {
+  NP_UtilsStringToResult(r->name_length, r->name, result);
+  return true;
+}
+
+bool Data(R* r, NPVariant* result) {
+  NP_UtilsStringToResult(r->data_length, r->data, result);
+  return true;
+}
+
+bool Text(R* r, NPVariant* result) {
+  NP_UtilsStringToResult(r->text_length, r->text, result);
+  return true;
+}
+
+bool Status(R* r, NPVariant* result) {
+  const StatusText& s = r->status == 1 ? kTrigger : kError;
+  NP_UtilsStringToResult(s.length, s.text, result);
+  return true;
+}
+
+const Member<R> kMembers[] = {
+    Member<R>::Get("name", Name),
+    Member<R>::Get("data", Data),
+    Member<R>::Get("text", Text),
+    Member<R>::Get("status", Status),
+};
 
 struct StreamEvent : HandedOutKind<StreamEvent, StreamEventRecord> {
-  ORV_PROPERTY_TABLE(kPropertyNames)
+  ORV_MEMBER_ROWS(kMembers)
   static RecordList& List() { return g_events; }
-
-  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    StreamEventRecord* r = Find(object);
-    if (!r) return false;
-    switch (Properties().Find(id)) {
-      case kName: NP_UtilsStringToResult(r->name_length, r->name, result); return true;
-      case kData: NP_UtilsStringToResult(r->data_length, r->data, result); return true;
-      case kText: NP_UtilsStringToResult(r->text_length, r->text, result); return true;
-      case kStatus: {
-        const StatusText& s = r->status == 1 ? kTrigger : kError;
-        NP_UtilsStringToResult(s.length, s.text, result);
-        return true;
-      }
-      default: return false;
-    }
-  }
 };
 
 // Copies `length` bytes of `from` (null reads as nothing) to `to`; the
@@ -64,7 +75,7 @@ const char* Copy(char** to, const char* from, uint32_t length) {
 
 }  // namespace
 
-void SEventInit() { StreamEvent::Properties().Intern(); }
+void SEventInit() { StreamEvent::Members().Intern(); }
 
 NPObject* SEventCreate(NPP instance, const MwStreamEvent* event) {
   if (!event) return nullptr;

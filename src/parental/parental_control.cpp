@@ -9,22 +9,22 @@ namespace {
 
 RecordList g_managers;
 
-const char* const kPropertyNames[] = {"parentalRatingSchemes"};
+bool Schemes(ParentalControlRecord* r, NPVariant* result) {
+  NPObject* schemes = CollectionCreate(r->instance, MwParentalGetRatingSchemes(r->handle), kCollectionRatingSchemes);
+  SetObjectOrNull(result, schemes);
+  return schemes != nullptr;
+}
+
+const Member<ParentalControlRecord> kMembers[] = {
+    Member<ParentalControlRecord>::Get("parentalRatingSchemes", Schemes),
+};
 
 // The middleware's parental control goes with the object.
 struct ParentalControl : HandleWithObjectKind<ParentalControl, ParentalControlRecord> {
   static constexpr bool kStubResult = false;
-  ORV_PROPERTY_TABLE(kPropertyNames)
+  ORV_MEMBER_ROWS(kMembers)
   static RecordList& List() { return g_managers; }
-
-  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    ParentalControlRecord* r = Find(object);
-    if (!r || !r->handle || Properties().Find(id) != 0) return false;
-    NPObject* schemes = CollectionCreate(r->instance, MwParentalGetRatingSchemes(r->handle),
-                                         kCollectionRatingSchemes);
-    SetObjectOrNull(result, schemes);
-    return schemes != nullptr;
-  }
+  static Gate Check(const ParentalControlRecord* r, Access) { return NeedHandle(r); }
 };
 
 }  // namespace

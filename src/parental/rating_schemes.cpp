@@ -12,11 +12,6 @@ namespace {
 
 RecordList g_schemes;
 
-enum Property { kName, kLength, kThreshold };
-enum Method { kIndexOf, kItem, kIconUrl };
-const char* const kPropertyNames[] = {"name", "length", "threshold"};
-const char* const kMethodNames[] = {"indexOf", "item", "iconUrl"};
-
 // The viewer's threshold as a rating object; a scheme without one fails the read.
 bool Threshold(ObjectRecord* r, NPVariant* result) {
   MwHandle rating = MwRatingSchemeGetThreshold(r->handle);
@@ -30,40 +25,36 @@ bool Threshold(ObjectRecord* r, NPVariant* result) {
   return true;
 }
 
+// Each method takes exactly one argument; anything else fails.
+bool IndexOf(ObjectRecord* r, const NPVariant* args, uint32_t count, NPVariant* result) {
+  if (count != 1) return false;
+  MwString name = IsString(args[0]) ? ArgString(args[0]) : MwString{0, ""};
+  SetInt(result, MwRatingSchemeIndexOf(r->handle, &name));
+  return true;
+}
+
+template <MwHandle (*Read)(MwHandle, uint32_t)>
+bool TextAt(ObjectRecord* r, const NPVariant* args, uint32_t count, NPVariant* result) {
+  uint32_t index;
+  if (count != 1 || !NP_UtilsGetU32BIT(&args[0], &index)) return false;
+  NP_UtilsHbbtvStringToResult(Read(r->handle, index), result);
+  return true;
+}
+
+using Row = Member<ObjectRecord>;
+const Row kMembers[] = {
+    Row::Get("name", TextOf<ObjectRecord, MwRatingSchemeGetName>),
+    Row::Get("length", IntOf<ObjectRecord, MwRatingSchemeGetLength>),
+    Row::Get("threshold", Threshold),
+    Row::Call("indexOf", IndexOf),
+    Row::Call("item", TextAt<MwRatingSchemeItem>),
+    Row::Call("iconUrl", TextAt<MwRatingSchemeIconUrl>),
+};
+
 struct RatingScheme : HandedOutKind<RatingScheme> {
   static constexpr bool kStubResult = false;
-  ORV_PROPERTY_TABLE(kPropertyNames)
-  ORV_METHOD_TABLE(kMethodNames)
+  ORV_MEMBER_ROWS(kMembers)
   static RecordList& List() { return g_schemes; }
-
-  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    ObjectRecord* r = Find(object);
-    if (!r) return false;
-    switch (Properties().Find(id)) {
-      case kName: NP_UtilsHbbtvStringToResult(MwRatingSchemeGetName(r->handle), result); return true;
-      case kLength: SetInt(result, MwRatingSchemeGetLength(r->handle)); return true;
-      case kThreshold: return Threshold(r, result);
-      default: return false;
-    }
-  }
-
-  // Each method takes exactly one argument; anything else fails.
-  static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
-                     NPVariant* result) {
-    ObjectRecord* r = Find(object);
-    int method = Methods().Find(id);
-    if (!r || method < 0 || count != 1) return false;
-    if (method == kIndexOf) {
-      MwString name = IsString(args[0]) ? ArgString(args[0]) : MwString{0, ""};
-      SetInt(result, MwRatingSchemeIndexOf(r->handle, &name));
-      return true;
-    }
-    uint32_t index;
-    if (!NP_UtilsGetU32BIT(&args[0], &index)) return false;
-    MwHandle text = method == kItem ? MwRatingSchemeItem(r->handle, index) : MwRatingSchemeIconUrl(r->handle, index);
-    NP_UtilsHbbtvStringToResult(text, result);
-    return true;
-  }
 };
 
 // ---- scheme lists -------------------------------------------------------------------
@@ -97,8 +88,8 @@ bool GetParentalRatingScheme(CollectionRecord* r, const NPVariant* args, uint32_
 }
 
 const CollectionMember kListMembers[] = {
-    {"addParentalRatingScheme", nullptr, AddParentalRatingScheme},
-    {"getParentalRatingScheme", nullptr, GetParentalRatingScheme},
+    CollectionMember::Call("addParentalRatingScheme", AddParentalRatingScheme),
+    CollectionMember::Call("getParentalRatingScheme", GetParentalRatingScheme),
 };
 
 }  // namespace

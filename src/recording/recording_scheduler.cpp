@@ -13,11 +13,6 @@ namespace {
 
 RecordList g_schedulers;
 
-enum Method { kRecord, kRecordAt, kGetScheduledRecordings, kGetChannelConfig, kRemove, kCreateProgrammeObject };
-const char* const kPropertyNames[] = {"recordings"};
-const char* const kMethodNames[] = {"record", "recordAt", "getScheduledRecordings", "getChannelConfig",
-                                    "remove", "createProgrammeObject"};
-
 // A recording handle as its scheduled recording object; Null for none.
 void RecordingResult(NPP instance, MwHandle recording, NPVariant* result) {
   SetObjectOrNull(result, recording ? ScheduledRecordingCreate(instance, recording) : nullptr);
@@ -41,52 +36,61 @@ bool RecordAt(RecordingSchedulerRecord* r, const NPVariant* args, uint32_t count
   return true;
 }
 
-// The middleware's scheduler goes with the object.
+using R = RecordingSchedulerRecord;
+
+bool Recordings(R* r, NPVariant* result) {
+  ListResult(r->instance, MwRecSchedGetRecordings(r->handle), result);
+  return true;
+}
+
+bool Record(R* r, const NPVariant* args, uint32_t count, NPVariant* result) {
+  if (count < 1) return false;
+  MwHandle programme = IsObject(args[0]) ? ProgrammeGetHandle(args[0].value.objectValue) : 0;
+  RecordingResult(r->instance, programme ? MwRecSchedRecord(r->handle, programme) : 0, result);
+  return true;
+}
+
+bool GetScheduledRecordings(R* r, const NPVariant*, uint32_t, NPVariant* result) {
+  ListResult(r->instance, MwRecSchedGetScheduledRecordings(r->handle), result);
+  return true;
+}
+
+bool GetChannelConfig(R* r, const NPVariant*, uint32_t, NPVariant* result) {
+  MwHandle config = MwRecSchedGetChannelConfig(r->handle);
+  SetObjectOrNull(result, config ? ChannelConfigCreate(r->instance, config) : nullptr);
+  return true;
+}
+
+// Anything but a scheduled recording is ignored.
+bool Remove(R* r, const NPVariant* args, uint32_t count, NPVariant*) {
+  MwHandle recording = count >= 1 && IsObject(args[0]) ? ScheduledRecordingGetHandle(args[0].value.objectValue) : 0;
+  if (recording) MwRecSchedRemove(r->handle, recording);
+  return true;
+}
+
+bool CreateProgrammeObject(R* r, const NPVariant*, uint32_t, NPVariant* result) {
+  MwHandle programme = MwRecSchedCreateProgramme(r->handle);
+  SetObjectOrNull(result, programme ? ProgrammeCreate(r->instance, programme) : nullptr);
+  return true;
+}
+
+using Row = Member<R>;
+const Row kMembers[] = {
+    Row::Get("recordings", Recordings),
+    Row::Call("record", Record),
+    Row::Call("recordAt", RecordAt),
+    Row::Call("getScheduledRecordings", GetScheduledRecordings),
+    Row::Call("getChannelConfig", GetChannelConfig),
+    Row::Call("remove", Remove),
+    Row::Call("createProgrammeObject", CreateProgrammeObject),
+};
+
+// The middleware's scheduler goes with the object; reads and calls need it.
 struct RecordingScheduler : HandleWithObjectKind<RecordingScheduler, RecordingSchedulerRecord> {
-  ORV_PROPERTY_TABLE(kPropertyNames)
-  ORV_METHOD_TABLE(kMethodNames)
+  ORV_MEMBER_ROWS(kMembers)
   static RecordList& List() { return g_schedulers; }
-
-  static bool GetProperty(NPObject* object, NPIdentifier id, NPVariant* result) {
-    RecordingSchedulerRecord* r = Find(object);
-    if (!r || !r->handle || Properties().Find(id) != 0) return false;
-    ListResult(r->instance, MwRecSchedGetRecordings(r->handle), result);
-    return true;
-  }
-
-  static bool Invoke(NPObject* object, NPIdentifier id, const NPVariant* args, uint32_t count,
-                     NPVariant* result) {
-    RecordingSchedulerRecord* r = Find(object);
-    if (!r || !r->handle) return false;
-    MwHandle h = r->handle;
-    switch (Methods().Find(id)) {
-      case kRecord: {
-        if (count < 1) return false;
-        MwHandle programme = IsObject(args[0]) ? ProgrammeGetHandle(args[0].value.objectValue) : 0;
-        RecordingResult(r->instance, programme ? MwRecSchedRecord(h, programme) : 0, result);
-        return true;
-      }
-      case kRecordAt: return RecordAt(r, args, count, result);
-      case kGetScheduledRecordings: ListResult(r->instance, MwRecSchedGetScheduledRecordings(h), result); return true;
-      case kGetChannelConfig: {
-        MwHandle config = MwRecSchedGetChannelConfig(h);
-        SetObjectOrNull(result, config ? ChannelConfigCreate(r->instance, config) : nullptr);
-        return true;
-      }
-      case kRemove: {
-        // Anything but a scheduled recording is ignored.
-        MwHandle recording = count >= 1 && IsObject(args[0]) ? ScheduledRecordingGetHandle(args[0].value.objectValue) : 0;
-        if (recording) MwRecSchedRemove(h, recording);
-        return true;
-      }
-      case kCreateProgrammeObject: {
-        MwHandle programme = MwRecSchedCreateProgramme(h);
-        SetObjectOrNull(result, programme ? ProgrammeCreate(r->instance, programme) : nullptr);
-        return true;
-      }
-      default:
-        return false;
-    }
+  static Gate Check(const R* r, Access access) {
+    return access == Access::kSet ? r ? Gate::kGo : Gate::kFail : NeedHandle(r);
   }
 };
 

@@ -31,10 +31,10 @@ bool TotalSize(CollectionRecord* r, NPVariant* result) {
 }
 
 const CollectionMember kListMembers[] = {
-    {"getResults", nullptr, GetResults},
-    {"abort", nullptr, Abort},
-    {"offset", Offset, nullptr},
-    {"totalSize", TotalSize, nullptr},
+    CollectionMember::Call("getResults", GetResults),
+    CollectionMember::Call("abort", Abort),
+    CollectionMember::Get("offset", Offset),
+    CollectionMember::Get("totalSize", TotalSize),
 };
 
 }  // namespace
