@@ -134,19 +134,12 @@ void AVControlDestroy(AVControlRecord* r) {
     return;
   }
   if (r->handle) MwVideoSetClipRect(nullptr);
-  NPObject* style = r->styleObject;
-  r->styleObject = nullptr;
+  NPObject* style = DetachStyleObject(r);
   DestroyInstance(g_players, r);
   if (style) NPN_ReleaseObject(style);
 }
 
-NPObject* AVControlSetStyleObject(AVControlRecord* r) {
-  if (!r) return nullptr;
-  NPObject* previous = r->styleObject;
-  r->styleObject = StyleObjectForPlugin(r->instance);
-  if (previous) NPN_ReleaseObject(previous);
-  return r->styleObject;
-}
+NPObject* AVControlSetStyleObject(AVControlRecord* r) { return TakeStyleObject(r); }
 
 void AVControlSetAudioParams(AVControlRecord* r, int32_t cache, int32_t loop) {
   if (!r) return;

@@ -9,7 +9,7 @@
 #include "middleware/types.h"
 #include "npapi/export.h"
 #include "npapi/npapi.h"
-#include "style/video_placement.h"
+#include "style/video_element.h"
 
 // One per embedded A/V control element. The common head holds the player
 // handle (0 when none could be made), the media kind (7 to 10) and the

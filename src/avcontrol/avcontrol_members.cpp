@@ -56,8 +56,6 @@ bool SetPersist(R* r, const NPVariant* value) {
 }
 
 
-constexpr int32_t kFullScreenWidth = 1280;
-constexpr int32_t kFullScreenHeight = 720;
 
 // The one number argument of a call that takes exactly one; false otherwise.
 bool OneNumber(const NPVariant* args, uint32_t count, uint32_t* n) {
@@ -69,8 +67,8 @@ bool Answer(int32_t done, NPVariant* result) {
   return true;
 }
 
-bool Components(AVControlRecord* r, const NPVariant* args, uint32_t count, bool active,
-                NPVariant* result) {
+template <bool active>
+bool Components(R* r, const NPVariant* args, uint32_t count, NPVariant* result) {
   uint32_t type;
   if (!OneNumber(args, count, &type)) return true;
   // The active list goes to the collection even when there is none.
@@ -82,7 +80,8 @@ bool Components(AVControlRecord* r, const NPVariant* args, uint32_t count, bool 
 
 // A component object goes to the middleware as it is (the middleware made
 // it and knows it); a number selects by component type.
-bool SelectComponent(AVControlRecord* r, const NPVariant* args, uint32_t count, bool select) {
+template <bool select>
+bool SelectComponent(R* r, const NPVariant* args, uint32_t count, NPVariant*) {
   if (count != 1) return true;
   uint32_t type;
   if (IsObject(args[0])) {
@@ -112,12 +111,7 @@ bool SetFullScreen(R* r, const NPVariant* args, uint32_t count, NPVariant*) {
   if (count != 1) return true;
   bool flag = ArgFlag(args[0]);
   MwAVSetFullScreen(r->handle, flag ? 1 : 0);
-  // Full screen is a fixed 1280x720; back is the last place and size stored.
-  if (flag)
-    StyleSetRect(r->instance, r->styleObject, 0, 0, kFullScreenWidth, kFullScreenHeight);
-  else
-    StyleSetRect(r->instance, r->styleObject, r->place.screenX, r->place.screenY, r->place.width,
-                 r->place.height);
+  StyleFullScreen(r, flag);
   return true;
 }
 
@@ -132,18 +126,6 @@ bool SetSource(R* r, const NPVariant* args, uint32_t count, NPVariant*) {
   return true;
 }
 
-bool GetComponents(R* r, const NPVariant* args, uint32_t count, NPVariant* result) {
-  return Components(r, args, count, false, result);
-}
-bool GetCurrentActiveComponents(R* r, const NPVariant* args, uint32_t count, NPVariant* result) {
-  return Components(r, args, count, true, result);
-}
-bool Select(R* r, const NPVariant* args, uint32_t count, NPVariant*) {
-  return SelectComponent(r, args, count, true);
-}
-bool Unselect(R* r, const NPVariant* args, uint32_t count, NPVariant*) {
-  return SelectComponent(r, args, count, false);
-}
 
 bool Play(R* r, const NPVariant* args, uint32_t count, NPVariant* result) {
   uint32_t speed;
@@ -187,10 +169,10 @@ const Row kMembers[] = {
     Row::Call("setVolume", SetVolume),
     Row::Call("next", Next),
     Row::Call("previous", Previous),
-    Row::Call("getComponents", GetComponents),
-    Row::Call("getCurrentActiveComponents", GetCurrentActiveComponents),
-    Row::Call("selectComponent", Select),
-    Row::Call("unselectComponent", Unselect),
+    Row::Call("getComponents", Components<false>),
+    Row::Call("getCurrentActiveComponents", Components<true>),
+    Row::Call("selectComponent", SelectComponent<true>),
+    Row::Call("unselectComponent", SelectComponent<false>),
     Row::Call("queue", Queue),
     Row::Call("setFullScreen", SetFullScreen),
     Row::ListenerMethods(),

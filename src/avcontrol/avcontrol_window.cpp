@@ -10,21 +10,15 @@ void AVControlSetWindow(AVControlRecord* r, NPWindow* window) {
   int32_t x = 0, y = 0;
   uint16_t style_width = 0, style_height = 0;  // full screen: neither size nor scaling
   if (!MwAVIsFullScreen(r->handle)) {
-    uint32_t offset = ScreenOffsetForPlugin(r->instance);
-    uint32_t size = StyleSize(r->instance, r->styleObject);
-    int16_t sx = static_cast<int16_t>(offset & 0xffff);
-    int16_t sy = static_cast<int16_t>(offset >> 16);
-    style_width = static_cast<uint16_t>(size & 0xffff);
-    style_height = static_cast<uint16_t>(size >> 16);
-    if (sx != p.screenX || sy != p.screenY) MwAVSetPosition(r->handle, sx, sy);
-    if (style_width != p.width) MwAVSetWidth(r->handle, style_width);
-    if (style_height != p.height) MwAVSetHeight(r->handle, style_height);
-    p.screenX = sx;
-    p.screenY = sy;
-    p.width = style_width;
-    p.height = style_height;
-    x = sx;
-    y = sy;
+    ScreenRect e = ElementScreenRect(r->instance, StyleSize(r->instance, r->styleObject));
+    if (e.x != p.screenX || e.y != p.screenY) MwAVSetPosition(r->handle, e.x, e.y);
+    if (e.width != p.width) MwAVSetWidth(r->handle, e.width);
+    if (e.height != p.height) MwAVSetHeight(r->handle, e.height);
+    KeepScreenRect(&p, e);
+    x = e.x;
+    y = e.y;
+    style_width = e.width;
+    style_height = e.height;
   }
   if (!window) return;
   PlaceInWindow(&p, *window, x, y, style_width, style_height);

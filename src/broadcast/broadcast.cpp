@@ -79,19 +79,12 @@ BroadcastRecord* BroadcastCreate(NPP instance, const char*) {
   return r;
 }
 
-NPObject* BroadcastSetStyleObject(BroadcastRecord* r) {
-  if (!r) return nullptr;
-  NPObject* previous = r->styleObject;
-  r->styleObject = StyleObjectForPlugin(r->instance);
-  if (previous) NPN_ReleaseObject(previous);
-  return r->styleObject;
-}
+NPObject* BroadcastSetStyleObject(BroadcastRecord* r) { return TakeStyleObject(r); }
 
 void BroadcastDestroy(BroadcastRecord* r) {
   if (!r || !g_broadcasts.Holds(r)) return;
   if (r->handle) MwVideoSetPaintRect(nullptr);  // the video plane no longer shows it
-  NPObject* style = r->styleObject;
-  r->styleObject = nullptr;
+  NPObject* style = DetachStyleObject(r);
   BroadcastDropRequests(r);
   DestroyInstance(g_broadcasts, r);
   if (style) NPN_ReleaseObject(style);

@@ -9,7 +9,7 @@
 #include "middleware/types.h"
 #include "npapi/export.h"
 #include "npapi/npapi.h"
-#include "style/video_placement.h"
+#include "style/video_element.h"
 
 // One per embedded video/broadcast object. The common head holds the script
 // object (null once the browser deallocated it), the middleware broadcast

@@ -85,8 +85,6 @@ void LogUnknownProperty(NPIdentifier id) {
 // ---- methods -------------------------------------------------------------------
 
 
-constexpr int32_t kFullScreenWidth = 1280;
-constexpr int32_t kFullScreenHeight = 720;
 
 // The characters of argument `i` when it is a String; empty otherwise.
 MwString StringArg(const NPVariant* args, uint32_t count, uint32_t i) {
@@ -161,17 +159,12 @@ bool SetFullScreen(R* r, const NPVariant* args, uint32_t count, NPVariant*) {
   if (count != 1) return true;
   uint32_t flag = ValueWord(args, count, 0) ? 1 : 0;
   MwBroadcastSetFullScreen(r->handle, flag);
-  // Without a style object the four writes fail and say so.
-  if (flag)
-    StyleSetRect(r->instance, r->styleObject, 0, 0, kFullScreenWidth, kFullScreenHeight);
-  else
-    StyleSetRect(r->instance, r->styleObject, r->place.screenX, r->place.screenY, r->place.width,
-                 r->place.height);
+  StyleFullScreen(r, flag != 0);
   return true;
 }
 
-bool Components(BroadcastRecord* r, const NPVariant* args, uint32_t count, bool active,
-                NPVariant* result) {
+template <bool active>
+bool Components(R* r, const NPVariant* args, uint32_t count, NPVariant* result) {
   uint32_t type;
   if (count != 1 || !NP_UtilsGetU32BIT(&args[0], &type)) return true;
   if (!active) {
@@ -184,7 +177,8 @@ bool Components(BroadcastRecord* r, const NPVariant* args, uint32_t count, bool 
   return true;
 }
 
-bool SelectComponent(BroadcastRecord* r, const NPVariant* args, uint32_t count, bool select) {
+template <bool select>
+bool SelectComponent(R* r, const NPVariant* args, uint32_t count, NPVariant*) {
   if (count != 1) return true;
   if (IsObject(args[0])) {
     MwHandle component = AVComponentGetHandle(args[0].value.objectValue);
@@ -234,18 +228,6 @@ bool Plain(R* r, const NPVariant*, uint32_t, NPVariant*) {
   return true;
 }
 
-bool GetComponents(R* r, const NPVariant* args, uint32_t count, NPVariant* result) {
-  return Components(r, args, count, false, result);
-}
-bool GetCurrentActiveComponents(R* r, const NPVariant* args, uint32_t count, NPVariant* result) {
-  return Components(r, args, count, true, result);
-}
-bool Select(R* r, const NPVariant* args, uint32_t count, NPVariant*) {
-  return SelectComponent(r, args, count, true);
-}
-bool Unselect(R* r, const NPVariant* args, uint32_t count, NPVariant*) {
-  return SelectComponent(r, args, count, false);
-}
 bool AddStreamEventListener(R* r, const NPVariant* args, uint32_t count, NPVariant*) {
   return BroadcastAddStreamEventListener(r, args, count);
 }
@@ -279,10 +261,10 @@ const Row kMembers[] = {
     Row::Call("release", Plain<MwBroadcastRelease>),
     Row::Call("stop", Plain<MwBroadcastStop>),
     Row::ListenerMethods(),
-    Row::Call("getComponents", GetComponents),
-    Row::Call("getCurrentActiveComponents", GetCurrentActiveComponents),
-    Row::Call("selectComponent", Select),
-    Row::Call("unselectComponent", Unselect),
+    Row::Call("getComponents", Components<false>),
+    Row::Call("getCurrentActiveComponents", Components<true>),
+    Row::Call("selectComponent", SelectComponent<true>),
+    Row::Call("unselectComponent", SelectComponent<false>),
     Row::Call("addStreamEventListener", AddStreamEventListener),
     Row::Call("removeStreamEventListener", RemoveStreamEventListener),
     Row::Call("recordNow", RecordNow),

@@ -10,20 +10,12 @@ void BroadcastSetWindow(BroadcastRecord* r, NPWindow* window) {
   VideoPlacement& p = r->place;
   int32_t x = 0, y = 0;
   if (!MwBroadcastIsFullScreen(r->handle)) {
-    uint32_t offset = ScreenOffsetForPlugin(r->instance);
-    uint32_t size = SizeForPlugin(r->instance);
-    int16_t sx = static_cast<int16_t>(offset & 0xffff);
-    int16_t sy = static_cast<int16_t>(offset >> 16);
-    uint16_t w = static_cast<uint16_t>(size & 0xffff);
-    uint16_t h = static_cast<uint16_t>(size >> 16);
-    if (sx != p.screenX || sy != p.screenY || w != p.width || h != p.height)
-      MwBroadcastSetVideoRect(r->handle, sx, sy, w, h);
-    p.screenX = sx;
-    p.screenY = sy;
-    p.width = w;
-    p.height = h;
-    x = sx;
-    y = sy;
+    ScreenRect e = ElementScreenRect(r->instance, SizeForPlugin(r->instance));
+    if (e.x != p.screenX || e.y != p.screenY || e.width != p.width || e.height != p.height)
+      MwBroadcastSetVideoRect(r->handle, e.x, e.y, e.width, e.height);
+    KeepScreenRect(&p, e);
+    x = e.x;
+    y = e.y;
   }
   if (window) PlaceInWindow(&p, *window, x, y, p.width, p.height);
 }

@@ -1,8 +1,10 @@
-// Where a video object's picture goes on the screen: the element's position
+// What the broadcast and the video A/V control objects share as video
+// elements: where the picture goes on the screen (the element's position
 // and size as last given to the middleware, and the part of it the browser
-// shows, for the broadcast and the video A/V control objects alike.
-#ifndef ORVANE_STYLE_VIDEO_PLACEMENT_H
-#define ORVANE_STYLE_VIDEO_PLACEMENT_H
+// shows), the element's style object and the style of full screen. Their
+// records have `place` and `styleObject`.
+#ifndef ORVANE_STYLE_VIDEO_ELEMENT_H
+#define ORVANE_STYLE_VIDEO_ELEMENT_H
 
 #include <cstdint>
 
@@ -10,6 +12,7 @@
 #include "middleware/types.h"
 #include "npapi/browser.h"
 #include "npapi/npapi.h"
+#include "style/style.h"
 
 struct VideoPlacement {
   int16_t clipLeft, clipTop, clipRight, clipBottom;  // visible rectangle on screen
@@ -57,5 +60,44 @@ void PlaceInWindow(VideoPlacement* p, const NPWindow& window, int32_t x, int32_t
 // A paint event's dirty rectangle {left, top, right, bottom}, moved to the
 // screen and kept within the visible rectangle.
 MwRect PaintedRectangle(const VideoPlacement& p, const uint16_t update[4]);
+
+// The element's style object, fetched afresh (the previous one let go);
+// null for no record.
+template <class R>
+NPObject* TakeStyleObject(R* r) {
+  if (!r) return nullptr;
+  NPObject* previous = r->styleObject;
+  r->styleObject = StyleObjectForPlugin(r->instance);
+  if (previous) NPN_ReleaseObject(previous);
+  return r->styleObject;
+}
+
+// The style object off the record, for the caller to let go once the
+// instance has ended.
+template <class R>
+NPObject* DetachStyleObject(R* r) {
+  NPObject* style = r->styleObject;
+  r->styleObject = nullptr;
+  return style;
+}
+
+// Full screen is a fixed 1280x720; back is the last place and size stored.
+// Without a style object the four writes fail and say so.
+template <class R>
+void StyleFullScreen(R* r, bool on) {
+  const VideoPlacement& p = r->place;
+  if (on) StyleSetRect(r->instance, r->styleObject, 0, 0, 1280, 720);
+  else StyleSetRect(r->instance, r->styleObject, p.screenX, p.screenY, p.width, p.height);
+}
+
+// The element's place on the screen with the size given (packed, width in
+// the low half).
+struct ScreenRect {
+  int16_t x, y;
+  uint16_t width, height;
+};
+ScreenRect ElementScreenRect(NPP instance, uint32_t size);
+// Keeps `rect` as the place last given to the middleware.
+void KeepScreenRect(VideoPlacement* p, const ScreenRect& rect);
 
 #endif

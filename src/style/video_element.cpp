@@ -1,4 +1,4 @@
-#include "style/video_placement.h"
+#include "style/video_element.h"
 
 #include <algorithm>
 
@@ -25,4 +25,17 @@ MwRect PaintedRectangle(const VideoPlacement& p, const uint16_t update[4]) {
   rect.right = std::min(static_cast<int16_t>(p.paintX + update[2]), p.clipRight);
   rect.bottom = std::min(static_cast<int16_t>(p.paintY + update[3]), p.clipBottom);
   return rect;
+}
+
+ScreenRect ElementScreenRect(NPP instance, uint32_t size) {
+  uint32_t offset = ScreenOffsetForPlugin(instance);
+  return ScreenRect{static_cast<int16_t>(offset & 0xffff), static_cast<int16_t>(offset >> 16),
+                    static_cast<uint16_t>(size & 0xffff), static_cast<uint16_t>(size >> 16)};
+}
+
+void KeepScreenRect(VideoPlacement* p, const ScreenRect& rect) {
+  p->screenX = rect.x;
+  p->screenY = rect.y;
+  p->width = rect.width;
+  p->height = rect.height;
 }
