@@ -32,28 +32,12 @@ uint32_t Pack(uint32_t low, uint32_t high) { return (low & 0xffffu) | ((high & 0
 uint16_t Low(uint32_t pair) { return static_cast<uint16_t>(pair & 0xffffu); }
 uint16_t High(uint32_t pair) { return static_cast<uint16_t>(pair >> 16); }
 
-// A layout value of a DOM object as a number: failure 0, Bool 0/1, Int32 as
-// is, Double truncated toward zero, String by its leading number (empty: 0),
-// anything else 0.
+int32_t LeadingNumber(TextCursor text, int) { return ReadSignedNumber(&text); }
+
+// A layout value of a DOM object as a number; a String by its leading
+// number (empty: 0).
 int32_t LayoutValue(NPP instance, NPObject* object, DomName name) {
-  NPVariant v;
-  SetVoid(&v);
-  if (!NPN_GetProperty(instance, object, StyleIds().dom[name], &v)) return 0;
-  int32_t value = 0;
-  switch (v.type) {
-    case NPVariantType_Bool: value = v.value.boolValue ? 1 : 0; break;
-    case NPVariantType_Int32: value = v.value.intValue; break;
-    case NPVariantType_Double: value = NP_UtilsDoubleToInt32(v.value.doubleValue); break;
-    case NPVariantType_String: {
-      TextCursor text{v.value.stringValue.UTF8Characters,
-                      v.value.stringValue.UTF8Characters + v.value.stringValue.UTF8Length};
-      value = ReadSignedNumber(&text);
-      break;
-    }
-    default: break;
-  }
-  NPN_ReleaseVariantValue(&v);
-  return value;
+  return NumberProperty(instance, object, StyleIds().dom[name], LeadingNumber, 0);
 }
 
 // The object's offsetParent (one reference, the caller's), or null.
@@ -235,23 +219,25 @@ NPObject* StyleObjectForPlugin(NPP instance) {
   return style;
 }
 
-uint32_t ScreenOffsetForPlugin(NPP instance) {
+namespace {
+
+// A walk from the plug-in's element; 0 when there is no element.
+uint32_t FromElement(NPP instance, const char* function, int code, uint32_t (*walk)(NPP, NPObject*)) {
   StyleIds();
-  NPObject* element = PluginElement(instance, "ScreenOffsetForPlugin", 1055);
+  NPObject* element = PluginElement(instance, function, code);
   if (!element) return 0;
-  uint32_t offset = OffsetWalk(instance, element);
+  uint32_t packed = walk(instance, element);
   NPN_ReleaseObject(element);
-  return offset;
+  return packed;
 }
 
-uint32_t SizeForPlugin(NPP instance) {
-  StyleIds();
-  NPObject* element = PluginElement(instance, "SizeForPlugin", 1084);
-  if (!element) return 0;
-  uint32_t size = SizeWalk(instance, element);
-  NPN_ReleaseObject(element);
-  return size;
+}  // namespace
+
+uint32_t ScreenOffsetForPlugin(NPP instance) {
+  return FromElement(instance, "ScreenOffsetForPlugin", 1055, OffsetWalk);
 }
+
+uint32_t SizeForPlugin(NPP instance) { return FromElement(instance, "SizeForPlugin", 1084, SizeWalk); }
 
 // The element's own size, without the walk (unlike SizeForPlugin): the
 // screen rectangle follows the element's box as the page styled it.
@@ -271,4 +257,25 @@ void ScreenRectForPlugin(NPP instance, int32_t* x, int32_t* y, int32_t* width, i
   *width = static_cast<int16_t>(LayoutValue(instance, element, kDomOffsetWidth));
   *height = LayoutValue(instance, element, kDomOffsetHeight);
   NPN_ReleaseObject(element);
+}
+
+int32_t NumberProperty(NPP instance, NPObject* object, NPIdentifier id,
+                       int32_t (*from_text)(TextCursor text, int key), int key) {
+  NPVariant v;
+  SetVoid(&v);
+  if (!object || !NPN_GetProperty(instance, object, id, &v)) return 0;
+  int32_t value = 0;
+  switch (v.type) {
+    case NPVariantType_Bool: value = v.value.boolValue ? 1 : 0; break;
+    case NPVariantType_Int32: value = v.value.intValue; break;
+    case NPVariantType_Double: value = NP_UtilsDoubleToInt32(v.value.doubleValue); break;
+    case NPVariantType_String: {
+      const char* p = v.value.stringValue.UTF8Characters;
+      value = from_text(TextCursor{p, p ? p + v.value.stringValue.UTF8Length : p}, key);
+      break;
+    }
+    default: break;
+  }
+  NPN_ReleaseVariantValue(&v);
+  return value;
 }

@@ -66,4 +66,10 @@ struct TextCursor {
 // An optional "-", decimal digits, an optional "p" and an optional "x".
 int32_t ReadSignedNumber(TextCursor* text);
 
+// Property `id` of `object` as a number: failure (or no object) 0, Bool
+// 0/1, Int32 as is, Double truncated toward zero, a String as `from_text`
+// reads it (given `key`), anything else 0.
+int32_t NumberProperty(NPP instance, NPObject* object, NPIdentifier id,
+                       int32_t (*from_text)(TextCursor text, int key), int key);
+
 #endif

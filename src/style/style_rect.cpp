@@ -39,28 +39,16 @@ int32_t PositionIndex(const TextCursor& t) {
   return kPositionInherit;
 }
 
-// One style property as a number: failure 0, Bool 0/1, Int32 as is, Double
-// truncated; a String is the keyword index for "position" and, for the
+// A style property's text: the keyword index for "position" and, for the
 // others, its number when it holds "px" (0 without "px").
+int32_t StyleText(TextCursor text, int key) {
+  if (key == kKeyPosition) return PositionIndex(text);
+  return ContainsPx(text) ? ReadSignedNumber(&text) : 0;
+}
+
+// One style property as a number (its text read by StyleText).
 int32_t ReadStyleValue(NPP instance, NPObject* style, StyleKey key) {
-  NPVariant v;
-  SetVoid(&v);
-  if (!style || !NPN_GetProperty(instance, style, StyleIds().keys[key], &v)) return 0;
-  int32_t value = 0;
-  switch (v.type) {
-    case NPVariantType_Bool: value = v.value.boolValue ? 1 : 0; break;
-    case NPVariantType_Int32: value = v.value.intValue; break;
-    case NPVariantType_Double: value = NP_UtilsDoubleToInt32(v.value.doubleValue); break;
-    case NPVariantType_String: {
-      TextCursor text = StringText(v);
-      if (key == kKeyPosition) value = PositionIndex(text);
-      else if (ContainsPx(text)) value = ReadSignedNumber(&text);
-      break;
-    }
-    default: break;
-  }
-  NPN_ReleaseVariantValue(&v);
-  return value;
+  return NumberProperty(instance, style, StyleIds().keys[key], StyleText, key);
 }
 
 }  // namespace
