@@ -60,8 +60,7 @@ const Row kMembers[] = {
 };
 
 struct Application : HandedOutKind<Application> {
-  ORV_MEMBER_ROWS(kMembers)
-  static RecordList& List() { return g_applications; }
+  ORV_KIND(kMembers, g_applications)
 };
 
 }  // namespace

@@ -44,9 +44,7 @@ const Row kMembers[] = {
 };
 
 struct ApplicationManager : InstanceKindBase<ApplicationManager, AppMgrRecord> {
-  static const EventTable& Events() { return kEventTable; }
-  ORV_MEMBER_ROWS_WITH_EVENTS(kMembers)
-  static RecordList& List() { return g_managers; }
+  ORV_KIND_WITH_EVENTS(kMembers, kEventTable, g_managers)
   // An object whose record is gone reads as untouched and ignores writes;
   // calls need the middleware's manager.
   static Gate Check(const AppMgrRecord* r, Access access) {

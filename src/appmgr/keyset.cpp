@@ -64,8 +64,7 @@ const Row kMembers[] = {
 };
 
 struct Keyset : HandedOutKind<Keyset> {
-  ORV_MEMBER_ROWS(kMembers)
-  static RecordList& List() { return g_keysets; }
+  ORV_KIND(kMembers, g_keysets)
   // The group constants and the values answer even for an object whose
   // record is gone; setValue needs the middleware's keyset.
   static Gate Check(const ObjectRecord* r, Access access) {

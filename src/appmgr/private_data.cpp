@@ -46,8 +46,7 @@ const Row kMembers[] = {
 };
 
 struct PrivateData : HandedOutKind<PrivateData> {
-  ORV_MEMBER_ROWS(kMembers)
-  static RecordList& List() { return g_private_data; }
+  ORV_KIND(kMembers, g_private_data)
 };
 
 }  // namespace

@@ -54,25 +54,15 @@ bool SetData(BroadcastRecord* r, const NPVariant* value) {
 
 // Width and height cannot change while full screen; each refusal has its
 // own error code.
-bool SetWidth(R* r, const NPVariant* value) {
+template <int kRefusedCode, void (*Set)(NPP, NPObject*, uint32_t)>
+bool SetSize(R* r, const NPVariant* value) {
   if (MwBroadcastIsFullScreen(r->handle)) {
-    ORV_ERROR("Broadcast_SetProperty", 686, "\n");
+    ORV_ERROR("Broadcast_SetProperty", kRefusedCode, "\n");
     return false;
   }
   uint32_t size = 0;
   NP_UtilsGetU32BIT(value, &size);
-  StyleSetWidth(r->instance, r->styleObject, size);
-  return true;
-}
-
-bool SetHeight(R* r, const NPVariant* value) {
-  if (MwBroadcastIsFullScreen(r->handle)) {
-    ORV_ERROR("Broadcast_SetProperty", 700, "\n");
-    return false;
-  }
-  uint32_t size = 0;
-  NP_UtilsGetU32BIT(value, &size);
-  StyleSetHeight(r->instance, r->styleObject, size);
+  Set(r->instance, r->styleObject, size);
   return true;
 }
 
@@ -83,8 +73,6 @@ void LogUnknownProperty(NPIdentifier id) {
 }
 
 // ---- methods -------------------------------------------------------------------
-
-
 
 // The characters of argument `i` when it is a String; empty otherwise.
 MwString StringArg(const NPVariant* args, uint32_t count, uint32_t i) {
@@ -238,8 +226,8 @@ bool RemoveStreamEventListener(R* r, const NPVariant* args, uint32_t count, NPVa
 using Row = Member<R>;
 const Row kMembers[] = {
     Row::Get("currentChannel", CurrentChannel),
-    Row::Get("width", IntOf<R, MwBroadcastGetWidth>, SetWidth),
-    Row::Get("height", IntOf<R, MwBroadcastGetHeight>, SetHeight),
+    Row::Get("width", IntOf<R, MwBroadcastGetWidth>, SetSize<686, StyleSetWidth>),
+    Row::Get("height", IntOf<R, MwBroadcastGetHeight>, SetSize<700, StyleSetHeight>),
     Row::Get("fullScreen", BoolOf<R, MwBroadcastIsFullScreen>),
     Row::Get("playState", IntOf<R, MwBroadcastGetPlayState>, Ignored<R>),
     Row::Get("data", TextOf<R, MwBroadcastGetData>, SetData),

@@ -53,8 +53,7 @@ const Row kMembers[] = {
 
 // The middleware's capabilities go with the object. Reads need them.
 struct Capabilities : HandleWithObjectKind<Capabilities, CapabilitiesRecord> {
-  ORV_MEMBER_ROWS(kMembers)
-  static RecordList& List() { return g_capabilities; }
+  ORV_KIND(kMembers, g_capabilities)
   static Gate Check(const R* r, Access access) {
     return access == Access::kGet ? NeedHandle(r) : r ? Gate::kGo : Gate::kFail;
   }

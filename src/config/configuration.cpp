@@ -96,8 +96,7 @@ const Member<OipfConfigurationRecord> kMembers[] = {
 
 // The middleware's configuration goes with the object.
 struct OipfConfiguration : HandleWithObjectKind<OipfConfiguration, OipfConfigurationRecord> {
-  ORV_MEMBER_ROWS(kMembers)
-  static RecordList& List() { return g_configurations; }
+  ORV_KIND(kMembers, g_configurations)
 };
 
 }  // namespace

@@ -50,9 +50,7 @@ const Row kMembers[] = {
 };
 
 struct LocalSystem : StatusKind<LocalSystem> {
-  static const EventTable& Events() { return kEventTable; }
-  ORV_MEMBER_ROWS_WITH_EVENTS(kMembers)
-  static RecordList& List() { return g_local_systems; }
+  ORV_KIND_WITH_EVENTS(kMembers, kEventTable, g_local_systems)
 };
 
 }  // namespace

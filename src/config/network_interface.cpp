@@ -27,9 +27,7 @@ const Row kMembers[] = {
 };
 
 struct NetworkInterface : StatusKind<NetworkInterface> {
-  static const EventTable& Events() { return kEventTable; }
-  ORV_MEMBER_ROWS_WITH_EVENTS(kMembers)
-  static RecordList& List() { return g_interfaces; }
+  ORV_KIND_WITH_EVENTS(kMembers, kEventTable, g_interfaces)
 };
 
 }  // namespace

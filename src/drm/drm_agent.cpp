@@ -40,9 +40,7 @@ const Row kMembers[] = {
 };
 
 struct DrmAgent : InstanceKindBase<DrmAgent, DrmAgentRecord> {
-  static const EventTable& Events() { return kEventTable; }
-  ORV_MEMBER_ROWS_WITH_EVENTS(kMembers)
-  static RecordList& List() { return g_agents; }
+  ORV_KIND_WITH_EVENTS(kMembers, kEventTable, g_agents)
 };
 
 // Browser's thread: the answer to a message (id, answer, code).

@@ -5,8 +5,7 @@
 // listeners and the record life cycle are written here.
 //
 //   struct Keyset : HandedOutKind<Keyset> {
-//     ORV_MEMBER_ROWS(kMembers)
-//     static RecordList& List();
+//     ORV_KIND(kMembers, g_keysets)  // its member rows and record list
 //   };
 //   NPObject* object = NewHandedOut<Keyset>(instance, handle, kReleaseOnFailure);
 //

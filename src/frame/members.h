@@ -121,16 +121,23 @@ class MemberTable {
   MemberIndex index_;
 };
 
-// A kind's table from its rows (and its event table, when it has events).
-#define ORV_MEMBER_ROWS(rows)                      \
-  static MemberTable<Record>& Members() {          \
-    static MemberTable<Record> table(rows);        \
-    return table;                                  \
+// A kind's table from its rows.
+#define ORV_MEMBER_ROWS(rows)                 \
+  static MemberTable<Record>& Members() {     \
+    static MemberTable<Record> table(rows);   \
+    return table;                             \
   }
-#define ORV_MEMBER_ROWS_WITH_EVENTS(rows)          \
-  static MemberTable<Record>& Members() {          \
-    static MemberTable<Record> table(rows, &Events()); \
-    return table;                                  \
-  }
+// A kind's rows and the list of its records.
+#define ORV_KIND(rows, list)                  \
+  ORV_MEMBER_ROWS(rows)                       \
+  static RecordList& List() { return list; }
+// The same for a kind with events, from its event table.
+#define ORV_KIND_WITH_EVENTS(rows, events, list)            \
+  static const EventTable& Events() { return events; }      \
+  static MemberTable<Record>& Members() {                   \
+    static MemberTable<Record> table(rows, &Events());      \
+    return table;                                           \
+  }                                                         \
+  static RecordList& List() { return list; }
 
 #endif

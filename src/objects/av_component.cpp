@@ -45,8 +45,7 @@ const Row kMembers[] = {
 };
 
 struct AVComponent : HandedOutKind<AVComponent> {
-  ORV_MEMBER_ROWS(kMembers)
-  static RecordList& List() { return g_components; }
+  ORV_KIND(kMembers, g_components)
 };
 
 }  // namespace

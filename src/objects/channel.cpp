@@ -45,8 +45,7 @@ const Row kMembers[] = {
 
 // A channel of handle 0 fails every read.
 struct Channel : HandedOutKind<Channel> {
-  ORV_MEMBER_ROWS(kMembers)
-  static RecordList& List() { return g_channels; }
+  ORV_KIND(kMembers, g_channels)
   static Gate Check(const ObjectRecord* r, Access) { return NeedHandle(r); }
 };
 

@@ -35,8 +35,7 @@ const Member<ChannelConfigRecord> kMembers[] = {
 // A configuration of handle 0 fails every read.
 struct ChannelConfig : HandedOutKind<ChannelConfig, ChannelConfigRecord> {
   static constexpr bool kStubResult = false;
-  ORV_MEMBER_ROWS(kMembers)
-  static RecordList& List() { return g_configs; }
+  ORV_KIND(kMembers, g_configs)
   static Gate Check(const ChannelConfigRecord* r, Access) { return NeedHandle(r); }
 };
 

@@ -68,8 +68,7 @@ const CollectionMember kMembers[] = {
 // After its own members, a collection answers its kind's members, then
 // reads of an index.
 struct Collection : HandedOutKind<Collection, CollectionRecord> {
-  ORV_MEMBER_ROWS(kMembers)
-  static RecordList& List() { return g_collections; }
+  ORV_KIND(kMembers, g_collections)
 
   static bool HasMethod(NPObject* object, NPIdentifier id) {
     if (Members().Method(id).row) return true;

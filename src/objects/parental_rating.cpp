@@ -25,8 +25,7 @@ const Row kMembers[] = {
 };
 
 struct ParentalRating : HandedOutKind<ParentalRating> {
-  ORV_MEMBER_ROWS(kMembers)
-  static RecordList& List() { return g_ratings; }
+  ORV_KIND(kMembers, g_ratings)
 };
 
 }  // namespace

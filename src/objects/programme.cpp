@@ -80,8 +80,7 @@ const Row kMembers[] = {
 };
 
 struct Programme : HandedOutKind<Programme> {
-  ORV_MEMBER_ROWS(kMembers)
-  static RecordList& List() { return g_programmes; }
+  ORV_KIND(kMembers, g_programmes)
 };
 
 }  // namespace

@@ -93,8 +93,7 @@ const Row kMembers[] = {
 };
 
 struct ScheduledRecording : HandedOutKind<ScheduledRecording> {
-  ORV_MEMBER_ROWS(kMembers)
-  static RecordList& List() { return g_recordings; }
+  ORV_KIND(kMembers, g_recordings)
   // Without a record or a handle every read succeeds with no value, so a
   // page reading a recording that went sees undefined, not an error.
   static Gate Check(const ObjectRecord* r, Access access) {

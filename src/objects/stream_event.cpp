@@ -59,8 +59,7 @@ const Member<R> kMembers[] = {
 };
 
 struct StreamEvent : HandedOutKind<StreamEvent, StreamEventRecord> {
-  ORV_MEMBER_ROWS(kMembers)
-  static RecordList& List() { return g_events; }
+  ORV_KIND(kMembers, g_events)
 };
 
 // Copies `length` bytes of `from` (null reads as nothing) to `to`; the

@@ -22,8 +22,7 @@ const Member<ParentalControlRecord> kMembers[] = {
 // The middleware's parental control goes with the object.
 struct ParentalControl : HandleWithObjectKind<ParentalControl, ParentalControlRecord> {
   static constexpr bool kStubResult = false;
-  ORV_MEMBER_ROWS(kMembers)
-  static RecordList& List() { return g_managers; }
+  ORV_KIND(kMembers, g_managers)
   static Gate Check(const ParentalControlRecord* r, Access) { return NeedHandle(r); }
 };
 

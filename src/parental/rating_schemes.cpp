@@ -53,8 +53,7 @@ const Row kMembers[] = {
 
 struct RatingScheme : HandedOutKind<RatingScheme> {
   static constexpr bool kStubResult = false;
-  ORV_MEMBER_ROWS(kMembers)
-  static RecordList& List() { return g_schemes; }
+  ORV_KIND(kMembers, g_schemes)
 };
 
 // ---- scheme lists -------------------------------------------------------------------

@@ -87,8 +87,7 @@ const Row kMembers[] = {
 
 // The middleware's scheduler goes with the object; reads and calls need it.
 struct RecordingScheduler : HandleWithObjectKind<RecordingScheduler, RecordingSchedulerRecord> {
-  ORV_MEMBER_ROWS(kMembers)
-  static RecordList& List() { return g_schedulers; }
+  ORV_KIND(kMembers, g_schedulers)
   static Gate Check(const R* r, Access access) {
     return access == Access::kSet ? r ? Gate::kGo : Gate::kFail : NeedHandle(r);
   }

@@ -69,8 +69,7 @@ const Row kMembers[] = {
 };
 
 struct MetadataSearch : HandedOutKind<MetadataSearch> {
-  ORV_MEMBER_ROWS(kMembers)
-  static RecordList& List() { return g_searches; }
+  ORV_KIND(kMembers, g_searches)
   static void ReleaseHandle(MwHandle search) { MetadataSearchLetGo(search); }
   static Gate Check(const ObjectRecord* r, Access) { return NeedHandle(r); }
 };

@@ -35,8 +35,7 @@ const Row kMembers[] = {
 };
 
 struct Query : HandedOutKind<Query> {
-  ORV_MEMBER_ROWS(kMembers)
-  static RecordList& List() { return g_queries; }
+  ORV_KIND(kMembers, g_queries)
 };
 
 }  // namespace

@@ -39,9 +39,7 @@ const Row kMembers[] = {
 };
 
 struct SearchManager : InstanceKindBase<SearchManager, SearchManagerRecord> {
-  static const EventTable& Events() { return kEventTable; }
-  ORV_MEMBER_ROWS_WITH_EVENTS(kMembers)
-  static RecordList& List() { return g_managers; }
+  ORV_KIND_WITH_EVENTS(kMembers, kEventTable, g_managers)
   // Calls need the middleware's manager.
   static Gate Check(const SearchManagerRecord* r, Access access) {
     return access == Access::kCall ? NeedHandle(r) : r ? Gate::kGo : Gate::kFail;
