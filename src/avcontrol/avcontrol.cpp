@@ -78,29 +78,20 @@ PendingEvent Event(MwHandle player, EventDelivery deliver, uint32_t event) {
   return EventFor(g_players, deliver, player, event);
 }
 
+// The player kinds; only the video kinds take window and paint calls.
+constexpr InstanceKind PlayerKind(const char* mime, uint32_t kind,
+                                  ObjectRecord* (*create)(NPP, const ElementAttributes&), bool video) {
+  return InstanceKind{mime, kind, create, DestroyPlayer, video ? SetWindow : nullptr, video ? Paint : nullptr,
+                      false, false, nullptr, nullptr, &g_players};
+}
+
 }  // namespace
 
-// Only the video kinds take window and paint calls.
-extern const InstanceKind kVideoMpegKind = {
-    "video/mpeg", kKindVideoMpeg, CreateVideoMpeg, DestroyPlayer, SetWindow, Paint,
-    false, false, nullptr, nullptr, &g_players,
-};
-extern const InstanceKind kVideoMp4Kind = {
-    "video/mp4", kKindVideoMp4, CreateVideoMp4, DestroyPlayer, SetWindow, Paint,
-    false, false, nullptr, nullptr, &g_players,
-};
-extern const InstanceKind kVideoMpeg4Kind = {
-    "video/mpeg4", kKindVideoMp4, CreateVideoMp4, DestroyPlayer, SetWindow, Paint,
-    false, false, nullptr, nullptr, &g_players,
-};
-extern const InstanceKind kAudioMpegKind = {
-    "audio/mpeg", kKindAudioMpeg, CreateAudioMpeg, DestroyPlayer, nullptr, nullptr,
-    false, false, nullptr, nullptr, &g_players,
-};
-extern const InstanceKind kAudioMp4Kind = {
-    "audio/mp4", kKindAudioMp4, CreateAudioMp4, DestroyPlayer, nullptr, nullptr,
-    false, false, nullptr, nullptr, &g_players,
-};
+extern const InstanceKind kVideoMpegKind = PlayerKind("video/mpeg", kKindVideoMpeg, CreateVideoMpeg, true);
+extern const InstanceKind kVideoMp4Kind = PlayerKind("video/mp4", kKindVideoMp4, CreateVideoMp4, true);
+extern const InstanceKind kVideoMpeg4Kind = PlayerKind("video/mpeg4", kKindVideoMp4, CreateVideoMp4, true);
+extern const InstanceKind kAudioMpegKind = PlayerKind("audio/mpeg", kKindAudioMpeg, CreateAudioMpeg, false);
+extern const InstanceKind kAudioMp4Kind = PlayerKind("audio/mp4", kKindAudioMp4, CreateAudioMp4, false);
 
 RecordList& AVControl::List() { return g_players; }
 

@@ -10,13 +10,7 @@ namespace {
 // One block: this record, then the name, data and text back to back (not
 // terminated).
 struct StreamEventRecord : ObjectRecord {
-  uint32_t name_length;
-  const char* name;
-  uint32_t data_length;
-  const char* data;
-  uint32_t text_length;
-  const char* text;
-  uint32_t status;
+  MwStreamEvent event;  // its texts point into the block
 };
 
 RecordList g_events;
@@ -31,22 +25,22 @@ const StatusText kError = {5, "error"};
 using R = StreamEventRecord;
 
 bool Name(R* r, NPVariant* result) {
-  NP_UtilsStringToResult(r->name_length, r->name, result);
+  NP_UtilsStringToResult(r->event.nameLength, r->event.name, result);
   return true;
 }
 
 bool Data(R* r, NPVariant* result) {
-  NP_UtilsStringToResult(r->data_length, r->data, result);
+  NP_UtilsStringToResult(r->event.dataLength, r->event.data, result);
   return true;
 }
 
 bool Text(R* r, NPVariant* result) {
-  NP_UtilsStringToResult(r->text_length, r->text, result);
+  NP_UtilsStringToResult(r->event.textLength, r->event.text, result);
   return true;
 }
 
 bool Status(R* r, NPVariant* result) {
-  const StatusText& s = r->status == 1 ? kTrigger : kError;
+  const StatusText& s = r->event.status == 1 ? kTrigger : kError;
   NP_UtilsStringToResult(s.length, s.text, result);
   return true;
 }
@@ -82,13 +76,10 @@ NPObject* SEventCreate(NPP instance, const MwStreamEvent* event) {
   StreamEventRecord* r = NewRecord<StreamEvent>(instance, bytes_length);
   if (!r) return nullptr;
   char* bytes = reinterpret_cast<char*>(r + 1);
-  r->name_length = event->nameLength;
-  r->name = Copy(&bytes, event->name, event->nameLength);
-  r->data_length = event->dataLength;
-  r->data = Copy(&bytes, event->data, event->dataLength);
-  r->text_length = event->textLength;
-  r->text = Copy(&bytes, event->text, event->textLength);
-  r->status = event->status;
+  r->event = *event;
+  r->event.name = Copy(&bytes, event->name, event->nameLength);
+  r->event.data = Copy(&bytes, event->data, event->dataLength);
+  r->event.text = Copy(&bytes, event->text, event->textLength);
   g_events.Add(r);
   return r->object;
 }
