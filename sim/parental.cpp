@@ -5,6 +5,7 @@
 
 #include "middleware/parental.h"
 #include "sim/core.h"
+#include "sim/fields.h"
 #include "sim/receiver.h"
 
 namespace {
@@ -16,12 +17,10 @@ struct ParentalControlObject : sim::Object {
 using Lock = std::lock_guard<std::recursive_mutex>;
 
 // Value `index` of a scheme's `values` or `icons` as a new string, 0 when out of range.
-MwHandle SchemeText(MwHandle scheme, uint32_t index, bool icon) {
-  auto s = sim::Find<sim::SchemeObject>(scheme);
-  if (!s) return 0;
-  Lock lock(sim::Mutex());
-  const std::vector<std::string>& texts = icon ? s->icons : s->values;
-  return index < texts.size() ? sim::NewStringHandleOrNull(texts[index]) : 0;
+MwHandle SchemeText(MwHandle scheme, uint32_t index, std::vector<std::string> sim::SchemeObject::*texts) {
+  return sim::Answer<sim::SchemeObject>(scheme, MwHandle{0}, [&](sim::SchemeObject& o) {
+    return index < (o.*texts).size() ? sim::NewStringHandleOrNull((o.*texts)[index]) : MwHandle{0};
+  });
 }
 
 }  // namespace
@@ -42,26 +41,18 @@ MwHandle MwParentalGetRatingSchemes(MwHandle parentalControl) {
 
 MwHandle MwRatingSchemeGetName(MwHandle scheme) {
   SIM_CALL(MwHandle, scheme);
-  auto s = sim::Find<sim::SchemeObject>(scheme);
-  if (!s) return 0;
-  Lock lock(sim::Mutex());
-  return sim::NewStringHandleOrNull(s->name);
+  return sim::StringField(scheme, &sim::SchemeObject::name);
 }
 
 int32_t MwRatingSchemeGetLength(MwHandle scheme) {
   SIM_CALL(int32_t, scheme);
-  auto s = sim::Find<sim::SchemeObject>(scheme);
-  if (!s) return 0;
-  Lock lock(sim::Mutex());
-  return static_cast<int32_t>(s->values.size());
+  return sim::Answer<sim::SchemeObject>(scheme, int32_t{0},
+                                        [](sim::SchemeObject& o) { return static_cast<int32_t>(o.values.size()); });
 }
 
 MwHandle MwRatingSchemeGetThreshold(MwHandle scheme) {
   SIM_CALL(MwHandle, scheme);
-  auto s = sim::Find<sim::SchemeObject>(scheme);
-  if (!s) return 0;
-  Lock lock(sim::Mutex());
-  return sim::Give(s->threshold);
+  return sim::Answer<sim::SchemeObject>(scheme, MwHandle{0}, [](sim::SchemeObject& o) { return sim::Give(o.threshold); });
 }
 
 int32_t MwRatingSchemeIndexOf(MwHandle scheme, const MwString* name) {
@@ -77,52 +68,37 @@ int32_t MwRatingSchemeIndexOf(MwHandle scheme, const MwString* name) {
 
 MwHandle MwRatingSchemeItem(MwHandle scheme, uint32_t index) {
   SIM_CALL(MwHandle, scheme, index);
-  return SchemeText(scheme, index, false);
+  return SchemeText(scheme, index, &sim::SchemeObject::values);
 }
 
 MwHandle MwRatingSchemeIconUrl(MwHandle scheme, uint32_t index) {
   SIM_CALL(MwHandle, scheme, index);
-  return SchemeText(scheme, index, true);
+  return SchemeText(scheme, index, &sim::SchemeObject::icons);
 }
 
 MwHandle MwRatingGetName(MwHandle rating) {
   SIM_CALL(MwHandle, rating);
-  auto r = sim::Find<sim::RatingObject>(rating);
-  if (!r) return 0;
-  Lock lock(sim::Mutex());
-  return sim::NewStringHandleOrNull(r->name);
+  return sim::StringField(rating, &sim::RatingObject::name);
 }
 
 MwHandle MwRatingGetScheme(MwHandle rating) {
   SIM_CALL(MwHandle, rating);
-  auto r = sim::Find<sim::RatingObject>(rating);
-  if (!r) return 0;
-  Lock lock(sim::Mutex());
-  return sim::NewStringHandleOrNull(r->scheme);
+  return sim::StringField(rating, &sim::RatingObject::scheme);
 }
 
 int32_t MwRatingGetValue(MwHandle rating) {
   SIM_CALL(int32_t, rating);
-  auto r = sim::Find<sim::RatingObject>(rating);
-  if (!r) return 0;
-  Lock lock(sim::Mutex());
-  return r->value;
+  return sim::IntField(rating, &sim::RatingObject::value);
 }
 
 int32_t MwRatingGetLabels(MwHandle rating) {
   SIM_CALL(int32_t, rating);
-  auto r = sim::Find<sim::RatingObject>(rating);
-  if (!r) return 0;
-  Lock lock(sim::Mutex());
-  return r->labels;
+  return sim::IntField(rating, &sim::RatingObject::labels);
 }
 
 MwHandle MwRatingGetRegion(MwHandle rating) {
   SIM_CALL(MwHandle, rating);
-  auto r = sim::Find<sim::RatingObject>(rating);
-  if (!r) return 0;
-  Lock lock(sim::Mutex());
-  return sim::NewStringHandleOrNull(r->region);
+  return sim::StringField(rating, &sim::RatingObject::region);
 }
 
 }  // extern "C"

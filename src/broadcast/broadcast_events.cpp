@@ -2,6 +2,7 @@
 // middleware thread: they only capture the event and post it. On the
 // browser's thread each becomes the arguments of the page's listeners.
 #include <cstring>
+#include <initializer_list>
 
 #include "broadcast/broadcast_kind.h"
 #include "objects/channel.h"
@@ -21,8 +22,17 @@ void SetIntOrVoid(NPVariant* v, int32_t value) {
     SetInt(v, value);
 }
 
-PendingEvent Event(MwHandle broadcast, EventDelivery deliver, int event) {
-  return EventFor(Broadcast::List(), deliver, broadcast, static_cast<uint32_t>(event));
+// Any thread: posts the event with its raw data, the handles it owns (in
+// order), the numbers and the one handle it only names.
+void Post(MwHandle broadcast, EventDelivery deliver, uint32_t event, std::initializer_list<MwHandle> owned,
+          std::initializer_list<int32_t> numbers, MwHandle borrowed = 0) {
+  PendingEvent ev = EventFor(Broadcast::List(), deliver, broadcast, event);
+  size_t i = 0;
+  for (MwHandle h : owned) ev.owned[i++] = h;
+  i = 0;
+  for (int32_t n : numbers) ev.numbers[i++] = n;
+  ev.borrowed = borrowed;
+  PostEvent(ev);
 }
 
 void DeliverPlayState(ObjectRecord* target, PendingEvent* ev) {
@@ -111,63 +121,42 @@ void Broadcast_onSelectedComponentChanged(MwHandle broadcast, int32_t componentT
 }
 
 void Broadcast_onFullScreenChange(MwHandle broadcast) {
-  PostEvent(Event(broadcast, DeliverNoArguments, kEventFullScreenChange));
+  Post(broadcast, DeliverNoArguments, kEventFullScreenChange, {}, {});
 }
 
 void Broadcast_onPlayStateChange(MwHandle broadcast, int32_t state, int32_t error) {
-  PendingEvent ev = Event(broadcast, DeliverPlayState, kEventPlayStateChange);
-  ev.numbers[0] = state;
-  ev.numbers[1] = error;
-  PostEvent(ev);
+  Post(broadcast, DeliverPlayState, kEventPlayStateChange, {}, {state, error});
 }
 
 void Broadcast_onProgrammesChanged(MwHandle broadcast) {
-  PostEvent(Event(broadcast, DeliverNoArguments, kEventProgrammesChanged));
+  Post(broadcast, DeliverNoArguments, kEventProgrammesChanged, {}, {});
 }
 
 void Broadcast_onChannelChangeError(MwHandle broadcast, MwHandle channel, int32_t errorState) {
-  PendingEvent ev = Event(broadcast, DeliverChannel, kEventChannelChangeError);
-  ev.owned[0] = channel;
-  ev.numbers[0] = errorState;
-  PostEvent(ev);
+  Post(broadcast, DeliverChannel, kEventChannelChangeError, {channel}, {errorState});
 }
 
 void Broadcast_onChannelChangeSucceeded(MwHandle broadcast, MwHandle channel) {
-  PendingEvent ev = Event(broadcast, DeliverChannel, kEventChannelChangeSucceeded);
-  ev.owned[0] = channel;
-  PostEvent(ev);
+  Post(broadcast, DeliverChannel, kEventChannelChangeSucceeded, {channel}, {});
 }
 
 void Broadcast_onParentalRatingChange(MwHandle broadcast, MwHandle contentId, MwHandle rating,
                                       MwHandle drmSystemId, uint8_t blocked) {
-  PendingEvent ev = Event(broadcast, DeliverRating, kEventParentalRatingChange);
-  ev.owned[0] = contentId;
-  ev.owned[1] = drmSystemId;
-  ev.borrowed = rating;
-  ev.numbers[0] = blocked;
-  PostEvent(ev);
+  Post(broadcast, DeliverRating, kEventParentalRatingChange, {contentId, drmSystemId}, {blocked}, rating);
 }
 
 void Broadcast_onParentalRatingError(MwHandle broadcast, MwHandle contentId, MwHandle rating,
                                      MwHandle drmSystemId) {
-  PendingEvent ev = Event(broadcast, DeliverRating, kEventParentalRatingError);
-  ev.owned[0] = contentId;
-  ev.owned[1] = drmSystemId;
-  ev.borrowed = rating;
-  PostEvent(ev);
+  Post(broadcast, DeliverRating, kEventParentalRatingError, {contentId, drmSystemId}, {}, rating);
 }
 
 void Broadcast_onRecordingEvent(MwHandle broadcast, int32_t state, int32_t error,
                                 MwHandle recordingId) {
-  PendingEvent ev = Event(broadcast, DeliverRecording, kEventRecordingEvent);
-  ev.numbers[0] = state;
-  ev.numbers[1] = error;
-  ev.owned[0] = recordingId;
-  PostEvent(ev);
+  Post(broadcast, DeliverRecording, kEventRecordingEvent, {recordingId}, {state, error});
 }
 
 void Broadcast_onPlaySpeedChanged(MwHandle broadcast, float speed) {
-  PendingEvent ev = Event(broadcast, DeliverSpeed, kEventPlaySpeedChanged);
+  PendingEvent ev = EventFor(Broadcast::List(), DeliverSpeed, broadcast, kEventPlaySpeedChanged);
   ev.real = speed;
   PostEvent(ev);
 }
