@@ -146,6 +146,45 @@ MwHandle CurrentChannel() {
   return rx.current < rx.channels.size() ? rx.channels[rx.current] : 0;
 }
 
+std::vector<MwHandle> Channels() {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  return Rx().channels;
+}
+
+std::vector<MwHandle> ChannelComponents(size_t channel) {
+  return Answer<ChannelObject>(Channels().at(channel), std::vector<MwHandle>(),
+                               [](ChannelObject& c) { return c.components; });
+}
+
+std::vector<MwHandle> ChannelProgrammes(size_t channel) {
+  return Answer<ChannelObject>(Channels().at(channel), std::vector<MwHandle>(),
+                               [](ChannelObject& c) { return c.programmes; });
+}
+
+std::vector<MwHandle> RatingSchemes() {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  return Rx().schemes;
+}
+
+void SetKeyGroups(int32_t groups) {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  Rx().key_groups = groups;
+}
+
+void SetOtherKeys(std::vector<int32_t> keys) {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  Rx().other_keys = std::move(keys);
+}
+
+void SetFreeMemory(int32_t bytes) {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  Rx().free_memory = bytes;
+}
+
+MwHandle NewHandleList(std::vector<MwHandle> items) { return NewList(std::move(items)); }
+MwHandle NewLentList(std::vector<MwHandle> items) { return NewList(std::move(items), Lending::kKeep); }
+MwHandle NewTextList(std::vector<std::string> strings) { return NewStringList(std::move(strings)); }
+
 std::string CurrentChannelName() {
   return Answer<ChannelObject>(CurrentChannel(), std::string(), [](ChannelObject& c) { return c.name; });
 }

@@ -1,11 +1,14 @@
 // What a host of the simulator (orvane-run) reads of the receiver: the
 // channel it presents, the applications its AIT signals, the files of its
-// carousel, and a label for any handle in the call log.
+// carousel, and a label for any handle in the call log; and what tests
+// read and set of it.
 #ifndef ORVANE_SIM_RECEIVER_SIM_H
 #define ORVANE_SIM_RECEIVER_SIM_H
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "middleware/types.h"
 
@@ -36,6 +39,22 @@ std::string CarouselFile(const std::string& url);
 // What a handle names, for a log: `"text"` for a string, `(name)` for a
 // channel, "" for anything else.
 std::string HandleLabel(MwHandle handle);
+
+// ---- for tests: the receiver's objects and settings ----
+// Handles the receiver keeps (no reference is given with them).
+std::vector<MwHandle> Channels();  // the line-up, in order
+std::vector<MwHandle> ChannelComponents(size_t channel);
+std::vector<MwHandle> ChannelProgrammes(size_t channel);
+std::vector<MwHandle> RatingSchemes();
+void SetKeyGroups(int32_t groups);      // the groups the remote has
+void SetOtherKeys(std::vector<int32_t> keys);
+void SetFreeMemory(int32_t bytes);
+// A new list (one reference, the caller's) that gives a new reference to
+// each element it hands out, one that lends them (the elements stay the
+// receiver's), and a new list of new strings.
+MwHandle NewHandleList(std::vector<MwHandle> items);
+MwHandle NewLentList(std::vector<MwHandle> items);
+MwHandle NewTextList(std::vector<std::string> strings);
 
 }  // namespace sim
 

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "appmgr_fixture.h"
-#include "sim/receiver.h"
+#include "sim/receiver_sim.h"
 
 namespace {
 
@@ -38,8 +38,7 @@ class PrivateDataTest : public AppMgrTest {
 
 TEST_F(PrivateDataTest, FreeMemoryAndCurrentChannel) {
   {
-    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-    sim::Rx().free_memory = 12345678;
+    sim::SetFreeMemory(12345678);
   }
   EXPECT_EQ(12345678, IntOf("getFreeMem", data_, {host::Int(1), host::Int(2)}));
 
@@ -58,8 +57,7 @@ TEST_F(PrivateDataTest, KeysetConstantsAndMasks) {
 
   // The grant may be smaller than the request.
   {
-    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-    sim::Rx().key_groups = 0x13;  // RED, GREEN, NAVIGATION
+    sim::SetKeyGroups(0x13);  // RED, GREEN, NAVIGATION
   }
   EXPECT_EQ(0x13, IntOf("setValue", keys, {host::Int(0x1f)}));
   EXPECT_EQ(0x13, IntOf("value", keys));
@@ -79,8 +77,7 @@ TEST_F(PrivateDataTest, KeysetConstantsAndMasks) {
 
 TEST_F(PrivateDataTest, OtherKeysIsAScriptArray) {
   {
-    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-    sim::Rx().other_keys = {0x1cd, 0x1ce, -7};
+    sim::SetOtherKeys({0x1cd, 0x1ce, -7});
   }
   NPObject* keys = NewKeyset();
   ASSERT_TRUE(Read(keys, "otherKeys"));

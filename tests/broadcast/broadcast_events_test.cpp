@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "broadcast/broadcast_fixture.h"
+#include "sim/receiver_sim.h"
 #include "objects/parental_rating.h"
-#include "sim/receiver.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "broadcast/broadcast_fixture.h"
-#include "sim/receiver.h"
+#include "sim/receiver_sim.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include "objects/channel.h"
 #include "host/fixture.h"
-#include "sim/receiver.h"
+#include "sim/receiver_sim.h"
 #include "sim/sim.h"
 
 namespace {
@@ -16,8 +16,7 @@ class ChannelTest : public OrvaneTest {
   void SetUp() override {
     OrvaneTest::SetUp();
     npp_ = host::NewInstance(host::NewPage());
-    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-    first_ = sim::Rx().channels[0];
+    first_ = sim::Channels()[0];
   }
   NPVariant Read(NPObject* o, const char* name) {
     NPVariant v = host::Void();

@@ -9,7 +9,7 @@
 #include "objects/stream_event.h"
 #include "host/fixture.h"
 #include "middleware/types.h"
-#include "sim/receiver.h"
+#include "sim/receiver_sim.h"
 #include "sim/sim.h"
 
 namespace {
@@ -19,8 +19,7 @@ class ComponentTest : public OrvaneTest {
   void SetUp() override {
     OrvaneTest::SetUp();
     npp_ = host::NewInstance(host::NewPage());
-    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-    parts_ = sim::Find<sim::ChannelObject>(sim::Rx().channels[0])->components;
+    parts_ = sim::ChannelComponents(0);
   }
   NPVariant Read(NPObject* o, const char* name) {
     NPVariant v = host::Void();

@@ -6,10 +6,10 @@
 #include <string>
 
 #include "broadcast/broadcast_fixture.h"
+#include "sim/receiver_sim.h"
 #include "objects/programme.h"
 #include "middleware/recording.h"
 #include "objects/scheduled_recording.h"
-#include "sim/receiver.h"
 
 namespace {
 
@@ -50,8 +50,7 @@ class ProgrammeTest : public OrvaneTest {
   void SetUp() override {
     OrvaneTest::SetUp();
     npp_ = host::NewInstance(host::NewPage());
-    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-    now_ = sim::Find<sim::ChannelObject>(sim::Rx().channels[0])->programmes[0];
+    now_ = sim::ChannelProgrammes(0)[0];
   }
   NPVariant Read(NPObject* o, const char* name, bool expect_ok = true) {
     NPVariant v = host::Void();

@@ -9,8 +9,7 @@
 #include "objects/channel.h"
 #include "objects/collection.h"
 #include "host/fixture.h"
-#include "sim/core.h"
-#include "sim/receiver.h"
+#include "sim/receiver_sim.h"
 #include "sim/sim.h"
 
 namespace {
@@ -40,20 +39,13 @@ class CollectionTest : public OrvaneTest {
     EXPECT_EQ(NPVariantType_Int32, r.type);
     return r.value.intValue;
   }
-  std::vector<MwHandle> Components() {
-    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-    return sim::Find<sim::ChannelObject>(sim::Rx().channels[0])->components;
-  }
-  static std::vector<MwHandle> Receiver(std::vector<MwHandle> sim::Receiver::*field) {
-    std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-    return sim::Rx().*field;
-  }
+  std::vector<MwHandle> Components() { return sim::ChannelComponents(0); }
   NPP npp_ = nullptr;
   NPVariant r_ = host::Void();
 };
 
 TEST_F(CollectionTest, StringElementsByIntegerNumericStringAndItem) {
-  NPObject* c = Make(sim::NewStringList({"Drama", "Comedy", "News", "Music"}), kCollectionStrings);
+  NPObject* c = Make(sim::NewTextList({"Drama", "Comedy", "News", "Music"}), kCollectionStrings);
   EXPECT_EQ(4, Length(c));
   NPVariant by_int = host::Void(), by_text = host::Void();
   EXPECT_TRUE(host::GetIndex(npp_, c, 3, &by_int));
@@ -79,7 +71,7 @@ TEST_F(CollectionTest, StringElementsByIntegerNumericStringAndItem) {
 
 TEST_F(CollectionTest, ComponentElementsAreNewObjectsOnEveryRead) {
   std::vector<MwHandle> parts = Components();
-  NPObject* c = Make(sim::NewList(parts), kCollectionComponents);
+  NPObject* c = Make(sim::NewHandleList(parts), kCollectionComponents);
   NPVariant a = Item(c, 1), b = host::Void();
   EXPECT_TRUE(host::GetIndex(npp_, c, 1, &b));
   ASSERT_EQ(NPVariantType_Object, a.type);
@@ -96,12 +88,12 @@ TEST_F(CollectionTest, ComponentElementsAreNewObjectsOnEveryRead) {
 
 TEST_F(CollectionTest, FailedCreationOrElementGivesHandlesBack) {
   host::FailRecordAllocation(1);
-  EXPECT_EQ(nullptr, CollectionCreate(npp_, sim::NewStringList({"a"}), kCollectionStrings));
+  EXPECT_EQ(nullptr, CollectionCreate(npp_, sim::NewTextList({"a"}), kCollectionStrings));
   host::FailAllocation(1);
-  EXPECT_EQ(nullptr, CollectionCreate(npp_, sim::NewStringList({"a"}), kCollectionStrings));
+  EXPECT_EQ(nullptr, CollectionCreate(npp_, sim::NewTextList({"a"}), kCollectionStrings));
   EXPECT_EQ(0u, sim::HeldHandles());
   std::vector<MwHandle> parts = Components();
-  NPObject* c = Make(sim::NewList({parts[0], 0}), kCollectionComponents);
+  NPObject* c = Make(sim::NewHandleList({parts[0], 0}), kCollectionComponents);
   EXPECT_EQ(NPVariantType_Void, Item(c, 1).type) << "no element: undefined";
   host::FailRecordAllocation(1);
   EXPECT_EQ(NPVariantType_Null, Item(c, 0).type) << "no object could be made: Null";
@@ -114,7 +106,7 @@ TEST_F(CollectionTest, FailedCreationOrElementGivesHandlesBack) {
 TEST_F(CollectionTest, CountedOnlyKindsGiveUndefinedElementsAndReleaseNone) {
   std::vector<MwHandle> parts = Components();
   for (uint32_t kind : {uint32_t{kCollectionMediaAssets}, uint32_t{kCollectionSearchResults}, 42u}) {
-    NPObject* c = Make(sim::NewList({parts[0], parts[1]}, sim::Lending::kKeep), kind);
+    NPObject* c = Make(sim::NewLentList({parts[0], parts[1]}), kind);
     EXPECT_EQ(2, Length(c));
     EXPECT_EQ(NPVariantType_Void, Item(c, 0).type) << "kind " << kind;
     EXPECT_EQ(0, sim::RefsOf(parts[0]));
@@ -123,7 +115,7 @@ TEST_F(CollectionTest, CountedOnlyKindsGiveUndefinedElementsAndReleaseNone) {
 }
 
 TEST_F(CollectionTest, SearchResultsPageAndReportTheirPosition) {
-  NPObject* c = Make(sim::NewList({}), kCollectionSearchResults);
+  NPObject* c = Make(sim::NewHandleList({}), kCollectionSearchResults);
   sim::Force("MwSearchResultsGetTotalSize", 57);
   sim::Force("MwSearchResultsGetResults", 1);
   ASSERT_TRUE(host::Get(npp_, c, "totalSize", &r_));
@@ -137,7 +129,7 @@ TEST_F(CollectionTest, SearchResultsPageAndReportTheirPosition) {
 }
 
 TEST_F(CollectionTest, RatingListTakesCopiesOfTheArguments) {
-  MwHandle list = sim::NewList({});
+  MwHandle list = sim::NewHandleList({});
   NPObject* c = Make(list, kCollectionRatings);
   auto add = [&](NPVariant name, NPVariant value) {
     return Call(c, "addParentalRating", {host::Str("dvb-si"), name, value, host::Double(3), host::Str("gb")});
@@ -162,7 +154,7 @@ TEST_F(CollectionTest, RatingListTakesCopiesOfTheArguments) {
 }
 
 TEST_F(CollectionTest, SchemeMethodsWithoutASchemeObjectKind) {
-  NPObject* c = Make(sim::NewList(Receiver(&sim::Receiver::schemes)), kCollectionRatingSchemes);
+  NPObject* c = Make(sim::NewHandleList(sim::RatingSchemes()), kCollectionRatingSchemes);
   // An unknown scheme is undefined; an added one is an object (or Null while
   // no object can be made for it) and its handle is given back.
   EXPECT_TRUE(Call(c, "getParentalRatingScheme", {host::Str("nope")}));
@@ -178,8 +170,8 @@ TEST_F(CollectionTest, SchemeMethodsWithoutASchemeObjectKind) {
 }
 
 TEST_F(CollectionTest, ChannelListLookupsAndSharedChannelObjects) {
-  std::vector<MwHandle> channels = Receiver(&sim::Receiver::channels);
-  NPObject* c = Make(sim::NewList(channels), kCollectionChannels);
+  std::vector<MwHandle> channels = sim::Channels();
+  NPObject* c = Make(sim::NewHandleList(channels), kCollectionChannels);
   // A null tsid is passed as 0 (the simulator then matches any).
   ASSERT_TRUE(Call(c, "getChannelByTriplet", {host::Int(8468), host::Null(), host::Int(4228)}));
   NPVariant found = r_;

@@ -6,7 +6,7 @@
 #include "middleware/types.h"
 #include "objects/parental_rating.h"
 #include "sim/broadcast_sim.h"
-#include "sim/core.h"
+#include "sim/receiver_sim.h"
 #include "sim/sim.h"
 
 namespace {
@@ -74,7 +74,7 @@ TEST_F(ParentalRatingTest, FailedCreationLeavesTheHandleWithTheCaller) {
 }
 
 TEST_F(ParentalRatingTest, RatingCollectionsHandOutRatingObjects) {
-  NPObject* list = CollectionCreate(npp_, sim::NewList({rating_}), kCollectionRatings);
+  NPObject* list = CollectionCreate(npp_, sim::NewHandleList({rating_}), kCollectionRatings);
   ASSERT_NE(nullptr, list);
   NPVariant item = host::Void();
   ASSERT_TRUE(host::Invoke(npp_, list, "item", {host::Int(0)}, &item));

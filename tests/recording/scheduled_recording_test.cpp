@@ -10,8 +10,8 @@
 #include "host/fixture.h"
 #include "middleware/recording.h"
 #include "objects/scheduled_recording.h"
-#include "sim/receiver.h"
 #include "sim/recording_sim.h"
+#include "sim/receiver_sim.h"
 #include "sim/sim.h"
 
 namespace {
@@ -21,12 +21,8 @@ class ScheduledRecordingTest : public OrvaneTest {
   void SetUp() override {
     OrvaneTest::SetUp();
     npp_ = host::NewInstance(host::NewPage());
-    MwHandle now;
-    {
-      std::lock_guard<std::recursive_mutex> lock(sim::Mutex());
-      channel_ = sim::Rx().channels[0];
-      now = sim::Find<sim::ChannelObject>(channel_)->programmes[0];
-    }
+    channel_ = sim::Channels()[0];
+    MwHandle now = sim::ChannelProgrammes(0)[0];
     scheduler_ = MwRecordingSchedulerOpen();
     handle_ = MwRecSchedRecord(scheduler_, now);
     recording_ = ScheduledRecordingCreate(npp_, handle_);
