@@ -6,6 +6,7 @@
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 
+#include <chrono>
 #include <cstdio>
 #include <map>
 #include <string>
@@ -91,94 +92,84 @@ int64_t Read(NPObject* o, NPIdentifier id) {
 }
 
 // ---- property read and method call against the middleware call -------------------
+// Each pairs the page's call with the middleware call it makes: blocks of
+// the two alternate within one run, each block timed, so that both see the
+// same machine (a shared machine's drift would otherwise weigh on one side
+// only). Reported per call, with the ratio of each repetition.
 
-void BM_DirectChannelOnid(benchmark::State& state) {
-  Page page;
-  MwHandle channel = FirstChannel(BroadcastHandle(page.Open("video/broadcast")));
+template <class Direct, class Plugin>
+void Paired(benchmark::State& state, Direct direct, Plugin plugin) {
+  using Clock = std::chrono::steady_clock;
+  constexpr int kBlock = 256;
+  double direct_ns = 0, plugin_ns = 0;
   for (auto _ : state) {
-    benchmark::DoNotOptimize(MwChannelGetOnid(channel));
-    if ((state.iterations() & 1023) == 0) sim::ClearCalls();
+    Clock::time_point t0 = Clock::now();
+    for (int i = 0; i < kBlock; i++) direct();
+    Clock::time_point t1 = Clock::now();
+    for (int i = 0; i < kBlock; i++) plugin();
+    Clock::time_point t2 = Clock::now();
+    direct_ns += std::chrono::duration<double, std::nano>(t1 - t0).count();
+    plugin_ns += std::chrono::duration<double, std::nano>(t2 - t1).count();
+    sim::ClearCalls();
   }
-  MwObjectRelease(channel);
+  double calls = static_cast<double>(state.iterations()) * kBlock;
+  state.counters["direct_ns"] = direct_ns / calls;
+  state.counters["plugin_ns"] = plugin_ns / calls;
+  state.counters["ratio"] = plugin_ns / direct_ns;
 }
 
-void BM_ChannelOnidRead(benchmark::State& state) {
+NPVariant Call(NPObject* o, NPIdentifier id, const NPVariant* args, uint32_t count) {
+  NPVariant result;
+  result.type = NPVariantType_Void;
+  o->_class->invoke(o, id, args, count, &result);
+  return result;
+}
+
+void BM_ChannelOnid(benchmark::State& state) {
   Page page;
-  NPObject* channel = ChannelCreate(g_npp, FirstChannel(BroadcastHandle(page.Open("video/broadcast"))));
+  MwHandle handle = FirstChannel(BroadcastHandle(page.Open("video/broadcast")));
+  NPObject* channel = ChannelCreate(g_npp, sim::Ref(handle));
   NPIdentifier onid = host::Id("onid");
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(Read(channel, onid));
-    if ((state.iterations() & 1023) == 0) sim::ClearCalls();
-  }
+  Paired(state, [&] { benchmark::DoNotOptimize(MwChannelGetOnid(handle)); },
+         [&] { benchmark::DoNotOptimize(Read(channel, onid)); });
   host::Funcs()->releaseobject(channel);
+  MwObjectRelease(handle);
 }
 
-void BM_DirectBroadcastStop(benchmark::State& state) {
+void BM_BroadcastStop(benchmark::State& state) {
   Page page;
-  MwHandle broadcast = BroadcastHandle(page.Open("video/broadcast"));
-  for (auto _ : state) {
-    MwBroadcastStop(broadcast);
-    if ((state.iterations() & 1023) == 0) sim::ClearCalls();
-  }
-}
-
-void BM_BroadcastStopCall(benchmark::State& state) {
-  Page page;
-  NPObject* video = Page::Scriptable(page.Open("video/broadcast"));
+  NPP npp = page.Open("video/broadcast");
+  MwHandle broadcast = BroadcastHandle(npp);
+  NPObject* video = Page::Scriptable(npp);
   NPIdentifier stop = host::Id("stop");
-  for (auto _ : state) {
-    NPVariant result;
-    result.type = NPVariantType_Void;
-    video->_class->invoke(video, stop, nullptr, 0, &result);
-    if ((state.iterations() & 1023) == 0) sim::ClearCalls();
-  }
+  Paired(state, [&] { MwBroadcastStop(broadcast); }, [&] { Call(video, stop, nullptr, 0); });
 }
 
 // ---- the A/V control: playPosition and play() against the middleware ------------------
 
 MwHandle PlayerHandle(NPP npp) { return BroadcastHandle(npp); }  // the same record head
 
-void BM_DirectPlayPosition(benchmark::State& state) {
+void BM_PlayPosition(benchmark::State& state) {
   Page page;
-  MwHandle player = PlayerHandle(page.Open("video/mp4"));
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(MwAVGetPlayPosition(player));
-    if ((state.iterations() & 1023) == 0) sim::ClearCalls();
-  }
-}
-
-void BM_PlayPositionRead(benchmark::State& state) {
-  Page page;
-  NPObject* player = Page::Scriptable(page.Open("video/mp4"));
+  NPP npp = page.Open("video/mp4");
+  MwHandle handle = PlayerHandle(npp);
+  NPObject* player = Page::Scriptable(npp);
   NPIdentifier id = host::Id("playPosition");
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(Read(player, id));
-    if ((state.iterations() & 1023) == 0) sim::ClearCalls();
-  }
+  Paired(state, [&] { benchmark::DoNotOptimize(MwAVGetPlayPosition(handle)); },
+         [&] { benchmark::DoNotOptimize(Read(player, id)); });
 }
 
-void BM_DirectPlay(benchmark::State& state) {
+void BM_Play(benchmark::State& state) {
   Page page;
-  MwHandle player = PlayerHandle(page.Open("video/mp4"));
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(MwAVPlay(player, 1));
-    if ((state.iterations() & 1023) == 0) sim::ClearCalls();
-  }
-}
-
-void BM_PlayCall(benchmark::State& state) {
-  Page page;
-  NPObject* player = Page::Scriptable(page.Open("video/mp4"));
+  NPP npp = page.Open("video/mp4");
+  MwHandle handle = PlayerHandle(npp);
+  NPObject* player = Page::Scriptable(npp);
   NPIdentifier play = host::Id("play");
   NPVariant speed;
   speed.type = NPVariantType_Int32;
   speed.value.intValue = 1;
-  for (auto _ : state) {
-    NPVariant result;
-    result.type = NPVariantType_Void;
-    player->_class->invoke(player, play, &speed, 1, &result);
-    if ((state.iterations() & 1023) == 0) sim::ClearCalls();
-  }
+  Paired(state, [&] { benchmark::DoNotOptimize(MwAVPlay(handle, 1)); },
+         [&] { benchmark::DoNotOptimize(Call(player, play, &speed, 1)); });
 }
 
 void PlayersRead(benchmark::State& state, bool oldest) {
@@ -304,14 +295,10 @@ void BM_MemoryPerChannel(benchmark::State& state) {
   for (MwHandle h : handles) MwObjectRelease(h);
 }
 
-BENCHMARK(BM_DirectChannelOnid);
-BENCHMARK(BM_ChannelOnidRead);
-BENCHMARK(BM_DirectBroadcastStop);
-BENCHMARK(BM_BroadcastStopCall);
-BENCHMARK(BM_DirectPlayPosition);
-BENCHMARK(BM_PlayPositionRead);
-BENCHMARK(BM_DirectPlay);
-BENCHMARK(BM_PlayCall);
+BENCHMARK(BM_ChannelOnid);
+BENCHMARK(BM_BroadcastStop);
+BENCHMARK(BM_PlayPosition);
+BENCHMARK(BM_Play);
 BENCHMARK(BM_OldestPlayerRead)->Arg(1)->Arg(1000);
 BENCHMARK(BM_NewestPlayerRead)->Arg(1)->Arg(1000);
 BENCHMARK(BM_GuideSearch)->Arg(1000)->Arg(10000)->Unit(benchmark::kMicrosecond);
@@ -337,12 +324,25 @@ class Collector : public benchmark::ConsoleReporter {
       if (items != run.counters.end()) rates[name] = items->second.value;
       auto bytes = run.counters.find("bytes_per_object");
       if (bytes != run.counters.end()) memory = bytes->second.value;
+      for (const char* counter : {"direct_ns", "plugin_ns", "ratio"}) {
+        auto c = run.counters.find(counter);
+        if (c != run.counters.end()) paired[name][counter] = c->second.value;
+      }
     }
     ConsoleReporter::ReportRuns(runs);
   }
   std::map<std::string, double> times, rates;
+  std::map<std::string, std::map<std::string, double>> paired;  // the paired counters
   double memory = 0;
 };
+
+// The median of the repetitions' ratios of a paired run, with its times.
+void PairedRatio(const Collector& c, const char* what, const std::string& name) {
+  auto p = c.paired.find(name);
+  if (p == c.paired.end()) return;
+  const std::map<std::string, double>& v = p->second;
+  printf("  %-58s %6.2fx  (%.1f ns / %.1f ns)\n", what, v.at("ratio"), v.at("plugin_ns"), v.at("direct_ns"));
+}
 
 void Ratio(const Collector& c, const char* what, const std::string& a, const std::string& b) {
   auto x = c.times.find(a), y = c.times.find(b);
@@ -365,13 +365,10 @@ int main(int argc, char** argv) {
   Collector collector;
   benchmark::RunSpecifiedBenchmarks(&collector);
   printf("\nRatios (measured in this run):\n");
-  Ratio(collector, "channel onid read / direct middleware call", "BM_ChannelOnidRead",
-        "BM_DirectChannelOnid");
-  Ratio(collector, "broadcast stop() call / direct middleware call", "BM_BroadcastStopCall",
-        "BM_DirectBroadcastStop");
-  Ratio(collector, "A/V playPosition read / direct middleware call", "BM_PlayPositionRead",
-        "BM_DirectPlayPosition");
-  Ratio(collector, "A/V play(1) call / direct middleware call", "BM_PlayCall", "BM_DirectPlay");
+  PairedRatio(collector, "channel onid read / direct middleware call", "BM_ChannelOnid");
+  PairedRatio(collector, "broadcast stop() call / direct middleware call", "BM_BroadcastStop");
+  PairedRatio(collector, "A/V playPosition read / direct middleware call", "BM_PlayPosition");
+  PairedRatio(collector, "A/V play(1) call / direct middleware call", "BM_Play");
   Ratio(collector, "oldest / newest of 1000 live A/V players", "BM_OldestPlayerRead/1000",
         "BM_NewestPlayerRead/1000");
   Rate(collector, "broadcast events, 1 instance / bare async-call round trip",

@@ -69,7 +69,9 @@ struct RowInfo {
 };
 
 // The interned names of a kind's rows (the frame's side; the rows stay
-// typed in MemberTable below).
+// typed in MemberTable below). A lookup hashes the identifier, so its cost
+// does not grow with the kind's number of members; a name that stands twice
+// finds its first row.
 class MemberIndex {
  public:
   using Info = RowInfo (*)(const void* rows, size_t i);
@@ -77,26 +79,30 @@ class MemberIndex {
       : rows_(rows), count_(count), info_(info), events_(events) {}
   // Builds the identifiers once.
   void Intern();
-  FoundMember Property(NPIdentifier id) const { return Look(properties_, property_count_, id); }
-  FoundMember Method(NPIdentifier id) const { return Look(methods_, method_count_, id); }
+  FoundMember Property(NPIdentifier id) const { return properties_.Look(id); }
+  FoundMember Method(NPIdentifier id) const { return methods_.Look(id); }
 
  private:
   struct Name {
     NPIdentifier id;
     FoundMember found;
   };
-  static constexpr size_t kMax = 48;
-  static FoundMember Look(const Name* names, size_t count, NPIdentifier id);
-  void AddName(Name* names, size_t* count, const char* name, FoundMember found);
+  // Names in row order, and their positions (+1) by the identifier's hash.
+  struct NameSet {
+    static constexpr size_t kMax = 48, kSlots = 128;
+    Name names[kMax] = {};
+    uint8_t slots[kSlots] = {};
+    size_t count = 0;
+    void Add(const char* name, FoundMember found);
+    FoundMember Look(NPIdentifier id) const;
+  };
 
   const void* rows_;
   size_t count_;
   Info info_;
   const EventTable* events_;
-  Name properties_[kMax] = {};
-  Name methods_[kMax] = {};
-  size_t property_count_ = 0;
-  size_t method_count_ = 0;
+  NameSet properties_;
+  NameSet methods_;
   bool done_ = false;
 };
 
