@@ -23,8 +23,4 @@ struct AVControl : InstanceKindBase<AVControl, AVControlRecord> {
   static MemberTable<AVControlRecord>& Members();
 };
 
-// The characters of `v` in a new NUL-terminated buffer (from malloc; the
-// empty text for anything but a String); null when memory is short.
-char* AVControlTextCopy(const NPVariant& v, MwString* text);
-
 #endif

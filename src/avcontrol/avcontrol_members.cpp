@@ -18,7 +18,7 @@ using R = AVControlRecord;
 
 bool SetData(AVControlRecord* r, const NPVariant* value) {
   MwString text;
-  char* copy = AVControlTextCopy(*value, &text);
+  char* copy = ArgTextCopy(*value, &text);
   if (!copy) return false;
   MwAVSetData(r->handle, &text);
   RecordFree(copy);
@@ -100,7 +100,7 @@ bool Queue(R* r, const NPVariant* args, uint32_t count, NPVariant*) {
   if (args[0].type == NPVariantType_Null) return MwAVQueue(r->handle, nullptr) != 0;
   if (!IsString(args[0])) return true;
   MwString url;
-  char* copy = AVControlTextCopy(args[0], &url);
+  char* copy = ArgTextCopy(args[0], &url);
   if (!copy) return false;
   bool queued = MwAVQueue(r->handle, &url) != 0;
   RecordFree(copy);
@@ -119,7 +119,7 @@ bool SetSource(R* r, const NPVariant* args, uint32_t count, NPVariant*) {
   NPVariant none;
   SetVoid(&none);
   MwString url;
-  char* copy = AVControlTextCopy(count ? args[0] : none, &url);
+  char* copy = ArgTextCopy(count ? args[0] : none, &url);
   if (!copy) return false;
   MwAVSetSource(r->handle, &url, 0);
   RecordFree(copy);
@@ -184,15 +184,5 @@ const Row kMembers[] = {
 MemberTable<AVControlRecord>& AVControl::Members() {
   static MemberTable<AVControlRecord> table(kMembers, &Events());
   return table;
-}
-
-char* AVControlTextCopy(const NPVariant& v, MwString* text) {
-  uint32_t length = IsString(v) ? v.value.stringValue.UTF8Length : 0;
-  char* copy = static_cast<char*>(RecordAlloc(length + 1));
-  if (!copy) return nullptr;
-  if (length) memcpy(copy, v.value.stringValue.UTF8Characters, length);
-  copy[length] = '\0';
-  *text = MwString{length, copy};
-  return copy;
 }
 

@@ -59,11 +59,10 @@ bool RequestDescription(BroadcastRecord* r, const MwString& url, const MwString&
   request->name = request->bytes;
   request->kind = kind;
   // The page's characters need not end in NUL: the browser gets a terminated copy.
-  char* target = static_cast<char*>(RecordAlloc(url.length + 1));
+  MwString copy;
+  char* target = RecordTextCopy(url.data, url.length, &copy);
   bool sent = false;
   if (target) {
-    if (url.length) memcpy(target, url.data, url.length);
-    target[url.length] = '\0';
     Link(r, request);  // before the call: a browser may answer within it
     sent = NPN_GetURLNotify(r->instance, target, nullptr, request) == NPERR_NO_ERROR;
     RecordFree(target);

@@ -44,15 +44,10 @@ NPObject* ParentalRatingFindNPAPIObj(MwHandle rating) {
 
 namespace {
 
-// A plug-in-side copy of a String argument's characters (exact length, not
-// terminated); false when no memory.
+// A plug-in-side copy of a String argument's characters; false when no memory.
 bool CopyString(const NPVariant& v, MwString* out, char** buffer) {
-  MwString s = CollectionStringArg(v);
-  *buffer = static_cast<char*>(RecordAlloc(s.length ? s.length : 1));
-  if (!*buffer) return false;
-  if (s.length) memcpy(*buffer, s.data, s.length);
-  *out = MwString{s.length, *buffer};
-  return true;
+  *buffer = ArgTextCopy(v, out);
+  return *buffer != nullptr;
 }
 
 // addParentalRating(scheme, name, value, labels, region).

@@ -30,12 +30,9 @@ bool TimeOfIdentified(ObjectRecord* r, NPVariant* result) {
 // but a String gives the empty text. False when no copy can be made.
 template <void (*Write)(MwHandle, const MwString*, uint32_t)>
 bool SetText(ObjectRecord* r, const NPVariant* value) {
-  uint32_t length = IsString(*value) ? value->value.stringValue.UTF8Length : 0;
-  char* copy = static_cast<char*>(RecordAlloc(length + 1));
+  MwString text;
+  char* copy = ArgTextCopy(*value, &text);
   if (!copy) return false;
-  if (length) memcpy(copy, value->value.stringValue.UTF8Characters, length);
-  copy[length] = '\0';
-  MwString text = {length, copy};
   Write(r->handle, &text, 0);
   RecordFree(copy);
   return true;

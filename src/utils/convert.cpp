@@ -1,5 +1,7 @@
 #include "utils/convert.h"
 
+#include "utils/record_alloc.h"
+
 #include <cmath>
 #include <cstring>
 
@@ -106,4 +108,18 @@ bool ArgFlag(const NPVariant& v) {
     case NPVariantType_Double: return v.value.doubleValue != 0;
     default: return false;
   }
+}
+
+char* RecordTextCopy(const char* data, uint32_t length, MwString* text) {
+  char* copy = static_cast<char*>(RecordAlloc(length + 1));
+  if (!copy) return nullptr;
+  if (length) memcpy(copy, data, length);
+  copy[length] = '\0';
+  *text = MwString{length, copy};
+  return copy;
+}
+
+char* ArgTextCopy(const NPVariant& v, MwString* text) {
+  MwString s = IsString(v) ? ArgString(v) : MwString{0, ""};
+  return RecordTextCopy(s.data, s.length, text);
 }

@@ -38,4 +38,11 @@ inline MwString ArgString(const NPVariant& v) {
   return MwString{v.value.stringValue.UTF8Length, v.value.stringValue.UTF8Characters};
 }
 
+// A NUL-terminated copy of `length` characters of `data` in a buffer from
+// RecordAlloc (free it with RecordFree), also described in *text; null
+// when memory is short.
+char* RecordTextCopy(const char* data, uint32_t length, MwString* text);
+// The same for a String argument's characters; the empty text for any other value.
+char* ArgTextCopy(const NPVariant& v, MwString* text);
+
 #endif
