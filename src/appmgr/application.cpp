@@ -14,7 +14,7 @@ RecordList g_applications;
 // application `r`; the result is its new Application object or null.
 bool CreateApplication(ObjectRecord* r, const NPVariant* args, uint32_t count, NPVariant* result) {
   if (count < 2) return false;
-  MwString url = IsString(args[0]) ? ArgString(args[0]) : MwString{0, ""};
+  MwString url = ArgText(args[0]);
   int resolved = NP_UtilsResolveUrl(r->instance, &url);
   // Called with the own handle even when it is 0.
   MwHandle created = MwApplicationCreateApplication(r->handle, &url, ArgFlag(args[1]) ? 1 : 0);

@@ -29,7 +29,7 @@ bool GetOwnerApplication(AppMgrRecord* r, const NPVariant* args, uint32_t count,
   SetVoid(&url);
   if (IsObject(document))
     NPN_GetProperty(r->instance, document.value.objectValue, NPN_GetStringIdentifier("URL"), &url);
-  MwString text = IsString(url) ? ArgString(url) : MwString{0, ""};
+  MwString text = ArgText(url);
   MwHandle application = MwAppMgrGetOwnerApplication(r->handle, &text);
   SetObjectOrNull(result, application ? ApplicationCreateApp(r->instance, application) : nullptr);
   NPN_ReleaseVariantValue(&url);

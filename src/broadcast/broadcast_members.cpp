@@ -36,7 +36,7 @@ bool Programmes(BroadcastRecord* r, NPVariant* result) {
 // The "data" text goes to the middleware in a record and a NUL-terminated
 // buffer that it takes over and frees with free(); both come from malloc.
 bool SetData(BroadcastRecord* r, const NPVariant* value) {
-  MwString text = IsString(*value) ? ArgString(*value) : MwString{0, ""};
+  MwString text = ArgText(*value);
   char* buffer = static_cast<char*>(malloc(text.length + 1));
   MwString* record = static_cast<MwString*>(malloc(sizeof(MwString)));
   if (!buffer || !record) {
@@ -74,12 +74,6 @@ void LogUnknownProperty(NPIdentifier id) {
 
 // ---- methods -------------------------------------------------------------------
 
-// The characters of argument `i` when it is a String; empty otherwise.
-MwString StringArg(const NPVariant* args, uint32_t count, uint32_t i) {
-  if (i >= count || !IsString(args[i])) return MwString{0, ""};
-  return ArgString(args[i]);
-}
-
 // The numeric word of a flag or number argument: Bool 0/1, Int32 as it is,
 // Double truncated; 0 for anything else or a missing argument.
 uint32_t ValueWord(const NPVariant* args, uint32_t count, uint32_t i) {
@@ -108,14 +102,14 @@ bool CreateChannelObject(BroadcastRecord* r, const NPVariant* args, uint32_t cou
   if (count == 3) {
     uint32_t id_type, sid;
     if (!NP_UtilsGetU32BIT(&args[0], &id_type) || !NP_UtilsGetU32BIT(&args[2], &sid)) return true;
-    MwString dsd = StringArg(args, count, 1);
+    MwString dsd = ArgTextAt(args, count, 1);
     ChannelResult(r->instance, MwBroadcastCreateChannelObjectByDsd(r->handle, id_type, &dsd, sid),
                   result);
   } else if (count == 6) {
     uint32_t n[5];
     for (uint32_t i = 0; i < 5; i++)
       if (!NP_UtilsGetU32BIT(&args[i], &n[i])) return true;
-    MwString ip_broadcast_id = StringArg(args, count, 5);
+    MwString ip_broadcast_id = ArgTextAt(args, count, 5);
     ChannelResult(r->instance,
                   MwBroadcastCreateChannelObject(r->handle, n[0], n[1], n[2], n[3], n[4],
                                                  &ip_broadcast_id),
@@ -134,7 +128,7 @@ bool SetChannel(R* r, const NPVariant* args, uint32_t count, NPVariant*) {
   }
   // The descriptor URL goes in a copy of exactly its bytes (not terminated);
   // the middleware copies what it keeps, so the copy is freed afterwards.
-  MwString url = StringArg(args, count, 2);
+  MwString url = ArgTextAt(args, count, 2);
   char* copy = url.length ? static_cast<char*>(NPN_MemAlloc(url.length)) : nullptr;
   if (copy) memcpy(copy, url.data, url.length);
   MwString cad{copy ? url.length : 0, copy ? copy : ""};

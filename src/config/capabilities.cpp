@@ -37,7 +37,7 @@ bool XmlDocument(CapabilitiesRecord* r, NPVariant* result) {
 // succeeds with no result.
 bool HasCapability(CapabilitiesRecord* r, const NPVariant* args, uint32_t count, NPVariant* result) {
   if (count != 1) return true;
-  MwString name = IsString(args[0]) ? ArgString(args[0]) : MwString{0, ""};
+  MwString name = ArgText(args[0]);
   SetBool(result, MwCapabilitiesHasCapability(r->handle, &name) != 0);
   return true;
 }

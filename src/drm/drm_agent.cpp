@@ -16,18 +16,12 @@ const EventProperty kEvents[] = {{"onDRMMessageResult", kMessageResult, SlotRead
                                  {"onDRMSystemMessage", kSystemMessage}};
 const EventTable kEventTable = ORV_EVENT_TABLE(kEvents, TypeRule::kIgnore, EmptyRead::kNoValue);
 
-// A String argument's characters; empty for a missing or non-String argument.
-MwString StringArg(const NPVariant* args, uint32_t count, uint32_t i) {
-  if (i >= count || !IsString(args[i])) return MwString{0, ""};
-  return ArgString(args[i]);
-}
-
 // The answer is given to the page, but the page sees the call fail.
 bool SendDrmMessage(DrmAgentRecord* r, const NPVariant* args, uint32_t count, NPVariant* result) {
   if (!r->handle) return false;
-  MwString type = StringArg(args, count, 0);
-  MwString message = StringArg(args, count, 1);
-  MwString system = StringArg(args, count, 2);
+  MwString type = ArgTextAt(args, count, 0);
+  MwString message = ArgTextAt(args, count, 1);
+  MwString system = ArgTextAt(args, count, 2);
   NP_UtilsHbbtvStringToResult(MwDrmAgentSendMessage(r->handle, &type, &message, &system), result);
   return false;
 }

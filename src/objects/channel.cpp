@@ -72,7 +72,7 @@ void ChannelToResult(CollectionRecord* r, MwHandle channel, NPVariant* result) {
 
 bool GetChannel(CollectionRecord* r, const NPVariant* args, uint32_t count, NPVariant* result) {
   if (count != 1) return false;
-  MwString ccid = CollectionStringArg(args[0]);
+  MwString ccid = ArgText(args[0]);
   ChannelToResult(r, MwChannelListGetChannel(r->handle, &ccid), result);
   return true;
 }

@@ -130,6 +130,3 @@ void CollectionElementToResult(NPP instance, uint32_t kind, MwHandle element, NP
   SetObjectOrNull(result, object);
 }
 
-MwString CollectionStringArg(const NPVariant& v) {
-  return IsString(v) ? ArgString(v) : MwString{0, ""};
-}

@@ -44,8 +44,4 @@ extern const CollectionItemKind* const g_collection_item_kinds[kCollectionKindCo
 // then released), undefined for kinds without element objects.
 void CollectionElementToResult(NPP instance, uint32_t kind, MwHandle element, NPVariant* result);
 
-// Argument helpers of the members.
-// A String argument's characters (borrowed); empty for any other type.
-MwString CollectionStringArg(const NPVariant& v);
-
 #endif

@@ -28,7 +28,7 @@ bool Threshold(ObjectRecord* r, NPVariant* result) {
 // Each method takes exactly one argument; anything else fails.
 bool IndexOf(ObjectRecord* r, const NPVariant* args, uint32_t count, NPVariant* result) {
   if (count != 1) return false;
-  MwString name = IsString(args[0]) ? ArgString(args[0]) : MwString{0, ""};
+  MwString name = ArgText(args[0]);
   SetInt(result, MwRatingSchemeIndexOf(r->handle, &name));
   return true;
 }
@@ -68,8 +68,8 @@ void SchemeToResult(CollectionRecord* r, MwHandle scheme, NPVariant* result) {
 bool AddParentalRatingScheme(CollectionRecord* r, const NPVariant* args, uint32_t count,
                              NPVariant* result) {
   if (count != 2) return false;
-  MwString name = CollectionStringArg(args[0]);
-  MwString values = CollectionStringArg(args[1]);
+  MwString name = ArgText(args[0]);
+  MwString values = ArgText(args[1]);
   MwHandle scheme = MwSchemeListAddScheme(r->handle, &name, &values);
   if (!scheme) return false;
   SchemeToResult(r, scheme, result);
@@ -79,7 +79,7 @@ bool AddParentalRatingScheme(CollectionRecord* r, const NPVariant* args, uint32_
 bool GetParentalRatingScheme(CollectionRecord* r, const NPVariant* args, uint32_t count,
                              NPVariant* result) {
   if (count != 1) return false;
-  MwString name = CollectionStringArg(args[0]);
+  MwString name = ArgText(args[0]);
   MwHandle scheme = MwSchemeListGetScheme(r->handle, &name);
   // No such scheme: undefined, unlike the Null of a failed object.
   if (scheme) SchemeToResult(r, scheme, result);

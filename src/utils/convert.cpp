@@ -120,6 +120,6 @@ char* RecordTextCopy(const char* data, uint32_t length, MwString* text) {
 }
 
 char* ArgTextCopy(const NPVariant& v, MwString* text) {
-  MwString s = IsString(v) ? ArgString(v) : MwString{0, ""};
+  MwString s = ArgText(v);
   return RecordTextCopy(s.data, s.length, text);
 }

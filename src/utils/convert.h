@@ -37,6 +37,12 @@ bool ArgFlag(const NPVariant& v);
 inline MwString ArgString(const NPVariant& v) {
   return MwString{v.value.stringValue.UTF8Length, v.value.stringValue.UTF8Characters};
 }
+// The same for any value: the empty text for anything but a String.
+inline MwString ArgText(const NPVariant& v) { return IsString(v) ? ArgString(v) : MwString{0, ""}; }
+// Argument `i`'s text; empty when it is missing or no String.
+inline MwString ArgTextAt(const NPVariant* args, uint32_t count, uint32_t i) {
+  return i < count ? ArgText(args[i]) : MwString{0, ""};
+}
 
 // A NUL-terminated copy of `length` characters of `data` in a buffer from
 // RecordAlloc (free it with RecordFree), also described in *text; null
