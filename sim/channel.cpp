@@ -109,16 +109,16 @@ int32_t MwChannelGetFreesatServiceID(MwHandle channel) {
 // ---- channel configuration ----
 MwHandle MwChannelConfigGetChannelList(MwHandle config) {
   SIM_CALL(MwHandle, config);
-  if (!sim::Find<ChannelConfigObject>(config)) return 0;
-  Lock lock(sim::Mutex());
-  return sim::NewList(sim::Rx().channels);
+  return sim::Answer<ChannelConfigObject>(config, MwHandle{0}, [&](ChannelConfigObject&) {
+    return sim::NewList(sim::Rx().channels);
+  });
 }
 
 MwHandle MwChannelConfigGetGenres(MwHandle config) {
   SIM_CALL(MwHandle, config);
-  if (!sim::Find<ChannelConfigObject>(config)) return 0;
-  Lock lock(sim::Mutex());
-  return sim::NewStringList(sim::Rx().genres);
+  return sim::Answer<ChannelConfigObject>(config, MwHandle{0}, [&](ChannelConfigObject&) {
+    return sim::NewStringList(sim::Rx().genres);
+  });
 }
 
 // ---- AV components ----
@@ -149,10 +149,8 @@ int32_t MwComponentIsEncrypted(MwHandle component) {
 
 float MwComponentGetAspectRatio(MwHandle component) {
   SIM_CALL(float, component);
-  auto c = sim::Find<ComponentObject>(component);
-  if (!c) return 0.0f;
-  Lock lock(sim::Mutex());
-  return c->aspect_ratio;
+  return sim::Answer<ComponentObject>(component, float{0.0f},
+                                      [&](ComponentObject& c) { return c.aspect_ratio; });
 }
 
 MwHandle MwComponentGetLanguage(MwHandle component) {

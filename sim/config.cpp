@@ -282,9 +282,9 @@ MwHandle MwCapabilitiesOpen(void* context) {
 
 MwHandle MwCapabilitiesGetXml(MwHandle capabilities) {
   SIM_CALL(MwHandle, capabilities);
-  if (!sim::Find<CapabilitiesObject>(capabilities)) return 0;
-  Lock lock(sim::Mutex());
-  return sim::NewStringHandle(sim::CapabilitiesXml(sim::Rx().capabilities));
+  return sim::Answer<CapabilitiesObject>(capabilities, MwHandle{0}, [&](CapabilitiesObject&) {
+    return sim::NewStringHandle(sim::CapabilitiesXml(sim::Rx().capabilities));
+  });
 }
 
 int32_t MwCapabilitiesGetExtraSDVideoDecodes(MwHandle capabilities) {

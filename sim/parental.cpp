@@ -34,9 +34,9 @@ MwHandle MwParentalControlOpen(void) {
 
 MwHandle MwParentalGetRatingSchemes(MwHandle parentalControl) {
   SIM_CALL(MwHandle, parentalControl);
-  if (!sim::Find<ParentalControlObject>(parentalControl)) return 0;
-  Lock lock(sim::Mutex());
-  return sim::NewList(sim::Rx().schemes);
+  return sim::Answer<ParentalControlObject>(parentalControl, MwHandle{0}, [&](ParentalControlObject&) {
+    return sim::NewList(sim::Rx().schemes);
+  });
 }
 
 MwHandle MwRatingSchemeGetName(MwHandle scheme) {

@@ -72,10 +72,8 @@ MwHandle MwProgrammeGetChannelID(MwHandle programme) {
 // Always a list, possibly empty, so that the page can add ratings to it.
 MwHandle MwProgrammeGetParentalRatings(MwHandle programme) {
   SIM_CALL(MwHandle, programme);
-  auto p = sim::Find<ProgrammeObject>(programme);
-  if (!p) return 0;
-  Lock lock(sim::Mutex());
-  return sim::NewList(p->ratings);
+  return sim::Answer<ProgrammeObject>(programme, MwHandle{0},
+                                      [&](ProgrammeObject& p) { return sim::NewList(p.ratings); });
 }
 
 int32_t MwProgrammeGetAudioType(MwHandle programme) {
@@ -150,18 +148,14 @@ MwHandle MwProgrammeGetCRIDS(MwHandle programme) {
 
 int32_t MwProgrammeHasRecording(MwHandle programme) {
   SIM_CALL(int32_t, programme);
-  auto p = sim::Find<ProgrammeObject>(programme);
-  if (!p) return 0;
-  Lock lock(sim::Mutex());
-  return p->recording != 0 ? 1 : 0;
+  return sim::Answer<ProgrammeObject>(programme, int32_t{0},
+                                      [&](ProgrammeObject& p) { return p.recording != 0 ? 1 : 0; });
 }
 
 MwHandle MwProgrammeGetRecording(MwHandle programme) {
   SIM_CALL(MwHandle, programme);
-  auto p = sim::Find<ProgrammeObject>(programme);
-  if (!p) return 0;
-  Lock lock(sim::Mutex());
-  return sim::Give(p->recording);
+  return sim::Answer<ProgrammeObject>(programme, MwHandle{0},
+                                      [&](ProgrammeObject& p) { return sim::Give(p.recording); });
 }
 
 MwHandle MwProgrammeGetSIDescriptors(MwHandle programme, uint32_t tag, int32_t tagExtension) {

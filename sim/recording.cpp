@@ -354,18 +354,14 @@ MwHandle MwRecGetId(MwHandle recording) {
 
 MwHandle MwRecGetParentalRatings(MwHandle recording) {
   SIM_CALL(MwHandle, recording);
-  auto r = sim::Find<RecordingObject>(recording);
-  if (!r) return 0;
-  Lock lock(sim::Mutex());
-  return sim::NewList(r->ratings);
+  return sim::Answer<RecordingObject>(recording, MwHandle{0},
+                                      [&](RecordingObject& r) { return sim::NewList(r.ratings); });
 }
 
 MwHandle MwRecGetChannel(MwHandle recording) {
   SIM_CALL(MwHandle, recording);
-  auto r = sim::Find<RecordingObject>(recording);
-  if (!r) return 0;
-  Lock lock(sim::Mutex());
-  return sim::Give(r->channel);
+  return sim::Answer<RecordingObject>(recording, MwHandle{0},
+                                      [&](RecordingObject& r) { return sim::Give(r.channel); });
 }
 
 void MwRecSetStartPadding(MwHandle recording, uint32_t seconds) {

@@ -288,10 +288,8 @@ MwHandle MwSearchManagerGetChannelConfig(MwHandle manager) {
 // ---- searches ----
 int32_t MwSearchGetTarget(MwHandle search) {
   SIM_CALL(int32_t, search);
-  auto s = sim::Find<SearchObject>(search);
-  if (!s) return 0;
-  Lock lock(sim::Mutex());
-  return static_cast<int32_t>(s->target);
+  return sim::Answer<SearchObject>(search, int32_t{0},
+                                   [&](SearchObject& s) { return static_cast<int32_t>(s.target); });
 }
 
 // A list showing the search's current page of results (empty until
@@ -413,18 +411,14 @@ void MwSearchResultsAbort(MwHandle list) {
 
 int32_t MwSearchResultsGetOffset(MwHandle list) {
   SIM_CALL(int32_t, list);
-  auto r = sim::Find<SearchResultsObject>(list);
-  if (!r) return 0;
-  Lock lock(sim::Mutex());
-  return r->offset;
+  return sim::Answer<SearchResultsObject>(list, int32_t{0},
+                                          [&](SearchResultsObject& r) { return r.offset; });
 }
 
 int32_t MwSearchResultsGetTotalSize(MwHandle list) {
   SIM_CALL(int32_t, list);
-  auto r = sim::Find<SearchResultsObject>(list);
-  if (!r) return 0;
-  Lock lock(sim::Mutex());
-  return r->total;
+  return sim::Answer<SearchResultsObject>(list, int32_t{0},
+                                          [&](SearchResultsObject& r) { return r.total; });
 }
 
 }  // extern "C"

@@ -3,15 +3,15 @@
 // what the frame answers from the kind's event table: the onXxx properties
 // (in the table's order) and addEventListener/removeEventListener.
 //
-//   using Row = Member<KeysetRecord>;
+//   using Row = Member<ObjectRecord>;
 //   const Row kMembers[] = {
 //       Row::Get("value", Value),
 //       Row::Get("maximumValue", MaximumValue),
 //       Row::Call("setValue", SetValue),
 //   };
 //
-// The rows' order is the order of the name tables: lookups compare in that
-// order and the first name that matches wins.
+// The rows' order is the order of the name tables: a name that stands twice
+// is answered by its first row.
 #ifndef ORVANE_FRAME_MEMBERS_H
 #define ORVANE_FRAME_MEMBERS_H
 
@@ -37,9 +37,6 @@ struct Member {
 
   static constexpr Member Get(const char* name, Getter get, Setter set = nullptr) {
     return {name, get, set, nullptr, RowKind::kMember};
-  }
-  static constexpr Member Set(const char* name, Setter set) {
-    return {name, nullptr, set, nullptr, RowKind::kMember};
   }
   static constexpr Member Call(const char* name, Caller call) {
     return {name, nullptr, nullptr, call, RowKind::kMember};
