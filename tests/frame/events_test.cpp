@@ -210,7 +210,7 @@ TEST_F(EventsTest, AddByTypeMatchesAnyPrefix) {
 
 // addEventListener's type rules: a type that is no String is ignored,
 // counts as the empty one (the first event), or fails the call.
-TEST_F(EventsTest, ListenerCallsFollowTheTablesTypeRule) {
+TEST_F(EventsTest, ListenerMethodsFollowTheTablesTypeRule) {
   const EventProperty entries[] = {{"onAlpha", 1}, {"onBeta", 2}};
   NPObject* f = host::NewFunction("f");
   NPVariant fv = host::Obj(f);
