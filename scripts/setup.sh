@@ -1,5 +1,8 @@
 #!/usr/bin/env bash
 # Installs what a fresh Debian machine lacks to build and test Orvane.
+# Supported: Debian 12 (bookworm), the release that packages QtWebKit 5.212
+# for the browser runner; on a release without it the set-up stops and says
+# so.
 # Usage: scripts/setup.sh [extra Debian packages...]
 set -euo pipefail
 packages=(cmake g++ make libgtest-dev libgmock-dev libbenchmark-dev
@@ -31,5 +34,11 @@ if [ ${#missing[@]} -gt 0 ]; then
   SUDO=""
   [ "$(id -u)" -eq 0 ] || SUDO=sudo
   $SUDO apt-get update -qq
+  if ! apt-cache show libqt5webkit5-dev >/dev/null 2>&1; then
+    release=$(. /etc/os-release 2>/dev/null && echo "${PRETTY_NAME:-this system}")
+    echo "setup: ${release:-this system} has no QtWebKit (libqt5webkit5-dev), which the browser runner" \
+      "and its tests need. Orvane's set-up supports Debian 12 (bookworm), which packages QtWebKit 5.212." >&2
+    exit 1
+  fi
   DEBIAN_FRONTEND=noninteractive $SUDO apt-get install -y -qq --no-install-recommends "${missing[@]}"
 fi
