@@ -22,6 +22,8 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
                                                 "keyboard is the remote (arrows, Enter = OK, Backspace = BACK, digits, "
                                                 "F1-F4 or R G Y B = the colour keys, Space = PLAY_PAUSE, S = STOP, "
                                                 "I = INFO, Page Up/Down). No time limit unless --timeout; implies --stay.");
+  QCommandLineOption inspector("inspector", "With --interactive: QtWebKit's Web Inspector on the page (DOM, console, "
+                                            "script debugger) beside the TV window.");
   QCommandLineOption stay("stay", "When the application destroys itself, the broadcast shows alone and the run goes "
                                   "on (by default the run ends there).");
   QCommandLineOption receiver({"r", "receiver"}, "Receiver description (JSON); default: the built-in receiver.", "file");
@@ -50,7 +52,7 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
                                     "handle releases and paint rectangles; the default) or none.", "which");
   QCommandLineOption plugin("plugin", "The plug-in library (default: libnporvane.so of this build).", "file");
   QCommandLineOption size("size", "Screen size WxH (1280x720).", "size");
-  p.addOptions({interactive, junit, autostart, stay, receiver, clock_rate, keys, key_start, key_interval, screenshot, timeout, stop_on, result, print_text, expect_text, expect_console, expect_pixel, snapshot_on, calls, plugin, size});
+  p.addOptions({interactive, inspector, junit, autostart, stay, receiver, clock_rate, keys, key_start, key_interval, screenshot, timeout, stop_on, result, print_text, expect_text, expect_console, expect_pixel, snapshot_on, calls, plugin, size});
   if (!p.parse(arguments)) {
     *error = p.errorText();
     return false;
@@ -58,6 +60,11 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
   if (p.isSet("help")) p.showHelp(0);
   o->autostart = p.isSet(autostart);
   o->interactive = p.isSet(interactive);
+  o->inspector = p.isSet(inspector);
+  if (o->inspector && !o->interactive) {
+    *error = "--inspector goes with --interactive";
+    return false;
+  }
   o->stay = p.isSet(stay) || o->interactive;
   if (o->interactive) o->timeout_ms = 0;
   o->junit = p.value(junit);

@@ -13,6 +13,7 @@ struct Options {
   bool autostart = false;  // open the current channel's AUTOSTART application (no target)
   bool stay = false;       // an application that destroys itself does not end the run
   bool interactive = false;  // the keyboard and a clickable remote drive the page; no time limit
+  bool inspector = false;    // interactive: QtWebKit's Web Inspector beside the TV
   QString receiver;        // receiver description file; empty: the built-in receiver
   QStringList keys;        // key names to press, in order ("VK_RED", "5", "wait:500")
   int key_start_ms = 500;  // after the page has loaded
@@ -24,8 +25,8 @@ struct Options {
   bool print_text = false;  // print the page's text when the run ends
   QStringList expect_text;  // texts the page must show when the run ends (else exit code 1)
   QStringList expect_console;  // texts some console message must contain (else exit code 1)
-  QStringList expect_pixel;
-  QString snapshot_on;  // the screen checked and saved is the one when a console message contains this  // "X,Y,#RRGGBB": colours the screen must show when the run ends
+  QStringList expect_pixel;  // "X,Y,#RRGGBB": colours the screen must show when the run ends
+  QString snapshot_on;  // the screen checked and saved is the one when a console message contains this
   bool result = false;     // the page reports PASS/FAIL/SKIP on the console; that is the exit code
   // Which middleware calls and events are printed: "all", "app" (all but the
   // reading of strings and lists, handle releases and paint rectangles) or "none".

@@ -7,6 +7,8 @@
 #include <QKeyEvent>
 #include <QTimer>
 #include <QWebFrame>
+#include <QWebInspector>
+#include <QWebSettings>
 
 #include "runner/applications.h"
 #include "runner/keys.h"
@@ -53,6 +55,16 @@ Runner::Runner(const Options& options) : options_(options) {
   page_->setPalette(palette);
   page_->mainFrame()->setScrollBarPolicy(Qt::Horizontal, Qt::ScrollBarAlwaysOff);
   page_->mainFrame()->setScrollBarPolicy(Qt::Vertical, Qt::ScrollBarAlwaysOff);
+  if (window_ && options.inspector) {
+    // QtWebKit's Web Inspector on the page (DOM, console, script debugger),
+    // beside the TV and the remote.
+    page_->settings()->setAttribute(QWebSettings::DeveloperExtrasEnabled, true);
+    auto* inspector = new QWebInspector(window_);
+    inspector->setPage(page_);
+    inspector->setMinimumSize(640, options.height);
+    window_->layout()->addWidget(inspector);
+    runlog::Line("run", "web inspector beside the TV");
+  }
   connect(page_, &QWebPage::loadFinished, this, &Runner::OnLoadFinished);
   connect(page_, &Page::consoleMessage, this, &Runner::OnConsole);
   connect(page_->mainFrame(), &QWebFrame::urlChanged, this, [](const QUrl& url) {
