@@ -15,15 +15,16 @@ echo "== build"
 cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo -DORVANE_RUNNER=ON >/dev/null
 cmake --build build -j"$(nproc)" --target orvane-run
 echo "== demo media"
-# The catch-up clip: 12 s of a moving test picture with its running time
-# and a tone, H.264/AAC in MP4, made here rather than kept in the tree.
+# The catch-up clip: 12 s of a test card (colour bars sliding sideways)
+# with its running time large in the middle, and a tone; H.264/AAC in MP4,
+# made here rather than kept in the tree.
 clip=demo/media/last-night.mp4
 if [ ! -s "$clip" ]; then
   mkdir -p demo/media
-  overlay="timeoverlay font-desc=\"Sans 28\" !"
-  gst-inspect-1.0 timeoverlay >/dev/null 2>&1 || overlay=""
-  gst-launch-1.0 -q videotestsrc num-buffers=300 pattern=ball ! video/x-raw,width=640,height=360,framerate=25/1 ! \
-    $overlay videoconvert ! x264enc ! h264parse ! mux. \
+  gst-launch-1.0 -q videotestsrc num-buffers=300 pattern=smpte horizontal-speed=4 ! \
+    video/x-raw,width=640,height=360,framerate=25/1 ! \
+    timeoverlay font-desc="Sans Bold 40" halignment=center valignment=center shaded-background=true ! \
+    videoconvert ! x264enc ! h264parse ! mux. \
     audiotestsrc num-buffers=517 freq=330 volume=0.2 ! audio/x-raw,rate=44100,channels=2 ! avenc_aac ! mux. \
     mp4mux name=mux ! filesink location="$clip" || echo "could not make $clip: the catch-up clip will fail"
 fi

@@ -24,6 +24,8 @@ packages=(cmake g++ make libgtest-dev libgmock-dev libbenchmark-dev
   libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev gstreamer1.0-tools
   gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad
   gstreamer1.0-plugins-ugly gstreamer1.0-libav
+  # the running time drawn on the demo's catch-up clip (timeoverlay)
+  gstreamer1.0-x
   "$@")
 missing=()
 for p in "${packages[@]}"; do
