@@ -32,13 +32,13 @@ void NP_UtilsFreeAllEventListeners(ObjectRecord* record);
 // (a type string first) it removes nothing. Intended; pages rely on it.
 void NP_UtilsRemoveFirstArgumentListener(ObjectRecord* record, const NPVariant* args, uint32_t count);
 
-// A kind's events as its onXxx properties name them ("onLowMemory"); the
-// event type of addEventListener is the name without "on". A property's
-// slot is its index in the kind's table.
 // How one onXxx property reads: by its table's rule for an empty slot, as
 // a failed read with no value when empty whatever the rule, or as a failed
 // read always (set or not).
 enum class SlotRead : uint8_t { kByTable, kNoNull, kNever };
+// A kind's events as its onXxx properties name them ("onLowMemory"); the
+// event type of addEventListener is the name without "on". A property's
+// slot is its index in the kind's table.
 struct EventProperty {
   const char* name;
   uint32_t event;
