@@ -44,6 +44,11 @@ void Capture(QStringList* lines) {
   g_capture = lines;
 }
 
+QStringList Captured() {
+  std::lock_guard<std::mutex> lock(Out());
+  return g_capture ? *g_capture : QStringList();
+}
+
 void Line(const char* what, const QString& text) {
   double t = Clock().isValid() ? Clock().nsecsElapsed() / 1e9 : 0.0;
   QByteArray bytes = text.toUtf8();

@@ -17,6 +17,8 @@ void Line(const char* what, const QString& text);
 void Call(const sim::Call& call);
 // Every line from now on is also appended to `lines` (null: no longer).
 void Capture(QStringList* lines);
+// A copy of the lines captured so far (safe while lines come).
+QStringList Captured();
 
 }  // namespace runlog
 

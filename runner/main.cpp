@@ -21,6 +21,7 @@
 #include "runner/runner.h"
 #include "runner/video_plane.h"
 #include "runner/watchdog.h"
+#include "runner/webdriver.h"
 #include "sim/description.h"
 #include "sim/media_sim.h"
 #include "sim/sim.h"
@@ -207,6 +208,19 @@ int main(int argc, char** argv) {
     if (calls == "all" || (calls == "app" && !Plumbing(call.op))) runlog::Call(call);
     VideoPlane::Observe(call);
   });
+  if (options.webdriver_port >= 0) {
+    // Sessions come and go until the process is stopped.
+    WebDriver driver(options);
+    int port = driver.Listen(options.webdriver_port);
+    if (port < 0) {
+      fprintf(stderr, "orvane-run: cannot serve WebDriver on 127.0.0.1:%d\n", options.webdriver_port);
+      _exit(3);
+    }
+    printf("orvane-run: WebDriver on http://127.0.0.1:%d\n", port);
+    fflush(stdout);
+    app.exec();
+    _exit(0);
+  }
   Sequence* sequence = nullptr;
   // A runaway script: the run ends there, its report written, without
   // waiting for the browser's thread.

@@ -24,6 +24,9 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
                                                 "I = INFO, Page Up/Down). No time limit unless --timeout; implies --stay.");
   QCommandLineOption inspector("inspector", "With --interactive: QtWebKit's Web Inspector on the page (DOM, console, "
                                             "script debugger) beside the TV window.");
+  QCommandLineOption webdriver("webdriver", "Serve the W3C WebDriver protocol on 127.0.0.1:PORT (0: a free port, "
+                                            "printed) for WebDriver clients; no application is given. See the README.",
+                               "port");
   QCommandLineOption stay("stay", "When the application destroys itself, the broadcast shows alone and the run goes "
                                   "on (by default the run ends there).");
   QCommandLineOption receiver({"r", "receiver"}, "Receiver description (JSON); default: the built-in receiver.", "file");
@@ -52,7 +55,7 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
                                     "handle releases and paint rectangles; the default) or none.", "which");
   QCommandLineOption plugin("plugin", "The plug-in library (default: libnporvane.so of this build).", "file");
   QCommandLineOption size("size", "Screen size WxH (1280x720).", "size");
-  p.addOptions({interactive, inspector, junit, autostart, stay, receiver, clock_rate, keys, key_start, key_interval, screenshot, timeout, stop_on, result, print_text, expect_text, expect_console, expect_pixel, snapshot_on, calls, plugin, size});
+  p.addOptions({interactive, inspector, webdriver, junit, autostart, stay, receiver, clock_rate, keys, key_start, key_interval, screenshot, timeout, stop_on, result, print_text, expect_text, expect_console, expect_pixel, snapshot_on, calls, plugin, size});
   if (!p.parse(arguments)) {
     *error = p.errorText();
     return false;
@@ -69,11 +72,25 @@ bool ParseOptions(const QStringList& arguments, Options* o, QString* error) {
   if (o->interactive) o->timeout_ms = 0;
   o->junit = p.value(junit);
   o->targets = p.positionalArguments();
-  if (o->autostart ? !o->targets.isEmpty() : o->targets.isEmpty()) {
+  if (p.isSet(webdriver)) {
+    bool number = false;
+    o->webdriver_port = p.value(webdriver).toInt(&number);
+    if (!number || o->webdriver_port < 0 || o->webdriver_port > 65535) {
+      *error = "--webdriver takes a port number (0: a free one)";
+      return false;
+    }
+    if (!o->targets.isEmpty() || o->autostart) {
+      *error = "--webdriver takes no application: a session navigates to it";
+      return false;
+    }
+  }
+  // With --webdriver the rest of the command line (receiver, size, plug-in)
+  // is the sessions' default.
+  if (o->webdriver_port < 0 && (o->autostart ? !o->targets.isEmpty() : o->targets.isEmpty())) {
     *error = o->autostart ? "--autostart takes no application" : "give an application (see --help)";
     return false;
   }
-  SetTarget(o, o->autostart ? QString() : o->targets.first());
+  SetTarget(o, o->targets.isEmpty() || o->autostart ? QString() : o->targets.first());
   o->receiver = p.value(receiver);
   for (const QString& k : p.values(keys))
     for (const QString& one : k.split(',', Qt::SkipEmptyParts)) o->keys << one.trimmed();

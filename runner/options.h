@@ -33,6 +33,7 @@ struct Options {
   QString calls = "app";
   QString plugin;          // the plug-in library; empty: this build's libnporvane.so
   int width = 1280, height = 720;
+  int webdriver_port = -1;  // serve WebDriver on this port (0: a free one); -1: no
 };
 
 // Parses the command line; on a usage error prints it and returns false.

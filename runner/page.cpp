@@ -98,6 +98,7 @@ bool Page::javaScriptConfirm(QWebFrame*, const QString& message) {
 }
 
 QString Page::userAgentForUrl(const QUrl& url) const {
+  if (!user_agent_.isEmpty()) return user_agent_;
   // Applications look for the HbbTV token to tell a receiver from a PC browser.
   return QWebPage::userAgentForUrl(url) + " HbbTV/1.5.1 (+DRM;Orvane;ORV-1;1.0.0;;) Orvane/1.0";
 }

@@ -15,6 +15,8 @@ class Page : public QWebPage {
   explicit Page(QObject* parent);
   // The user agent the browser sends (with the HbbTV token).
   QString UserAgent() const { return userAgentForUrl(QUrl()); }
+  // Another user agent for every request from now on (empty: the HbbTV one).
+  void SetUserAgent(const QString& agent) { user_agent_ = agent; }
 
   // Whether a failed load is one the engine gave up on for its type, with
   // the document opened as XHTML in its place (each is reported once).
@@ -37,6 +39,7 @@ class Page : public QWebPage {
  private:
   void OpenAsXhtml(QNetworkReply* reply);
   int reopened_ = 0;
+  QString user_agent_;
 };
 
 #endif

@@ -164,6 +164,19 @@ bool Runner::Start() {
   return true;
 }
 
+void Runner::ShowEmpty() {
+  if (window_) window_->show();
+  else view_->show();
+}
+
+void Runner::Navigate(const QUrl& url) {
+  runlog::Line("run", "open " + url.toString());
+  loading_ = true;
+  page_->mainFrame()->load(url);
+}
+
+QImage Runner::Picture() const { return view_->Picture(); }
+
 void Runner::OnLoadFinished(bool ok) {
   QUrl url = page_->mainFrame()->url();
   if (bootstrap_ && page_->mainFrame()->toHtml().contains("application/vnd.dvb.ait+xml") &&
@@ -171,7 +184,8 @@ void Runner::OnLoadFinished(bool ok) {
     runlog::Line("run", ok ? "AIT page loaded, waiting for the application" : "AIT page failed to load");
     return;
   }
-  if (!ok && page_->TakeReopened()) return;
+  if (!ok && page_->TakeReopened()) return;  // the document comes again, as XHTML
+  loading_ = false;
   if (!ok) {
     runlog::Line("run", "failed to load " + url.toString());
     if (!keys_started_) Finish(3, "the application did not load");

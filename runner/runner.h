@@ -27,6 +27,16 @@ class Runner : public QObject {
   // Why the run ended (after it did).
   const QString& Why() const { return why_; }
 
+  // Driven from outside (WebDriver): the window with nothing loaded yet,
+  // a document to load, whether a load is under way, the page, the screen
+  // as it is, and a remote key pressed through the application's keyset.
+  void ShowEmpty();
+  void Navigate(const QUrl& url);
+  bool Loading() const { return loading_; }
+  Page* page() const { return page_; }
+  QImage Picture() const;
+  void PressRemoteKey(const RemoteKey& key) { Deliver(key, "webdriver"); }
+
  signals:
   // The run has ended, its window is gone; `code` is its exit code.
   void finished(int code);
@@ -52,6 +62,7 @@ class Runner : public QObject {
   bool keys_started_ = false;
   int next_key_ = 0;
   bool finished_ = false;
+  bool loading_ = false;
   QString why_;
   QStringList console_seen_;
   QImage snapshot_;  // taken at --snapshot-on  // the expected console texts that came

@@ -18,6 +18,8 @@ packages=(cmake g++ make libgtest-dev libgmock-dev libbenchmark-dev
   qtbase5-dev libqt5webkit5-dev xvfb xauth fonts-dejavu-core
   # the interactive mode's test: real X key events and clicks
   xdotool
+  # the WebDriver endpoint (an HTTP server) and its test client
+  libcpp-httplib-dev python3-selenium
   # real media in the runner (GStreamer): playback, the demuxers and decoders
   # (MP4, MPEG-TS, MP3, H.264, AAC, DASH), and the encoders the tests and the
   # demo make their clips with

@@ -1,0 +1,56 @@
+# The demo driven by Python Selenium: the channel list, keys through
+# actions, now/next, a key and a stream event through the vendor
+# endpoints, a screenshot and the middleware log.
+import json
+import sys
+import urllib.request
+
+from selenium import webdriver
+from selenium.webdriver.common.action_chains import ActionChains
+from selenium.webdriver.common.by import By
+from selenium.webdriver.common.keys import Keys
+from selenium.webdriver.common.options import ArgOptions
+from selenium.webdriver.support.ui import WebDriverWait
+
+endpoint, page = sys.argv[1], sys.argv[2]
+options = ArgOptions()
+options.set_capability("browserName", "orvane")
+options.set_capability("orvane:options", {"size": "1280x720"})
+driver = webdriver.Remote(command_executor=endpoint, options=options)
+
+
+def vendor(method, what, body=None):
+    request = urllib.request.Request(f"{endpoint}/session/{driver.session_id}/orvane/{what}", method=method,
+                                     data=json.dumps(body or {}).encode(),
+                                     headers={"Content-Type": "application/json"})
+    with urllib.request.urlopen(request) as reply:
+        return json.load(reply)["value"]
+
+
+def text(selector):
+    return driver.find_element(By.CSS_SELECTOR, selector).text
+
+
+try:
+    driver.get(page)
+    assert driver.title == "Orvane demo", driver.title
+    wait = WebDriverWait(driver, 10)
+    wait.until(lambda d: len(d.find_elements(By.CSS_SELECTOR, "#channel-list li")) == 4)
+    wait.until(lambda d: "Orvane One" in text("#channel"))
+    ActionChains(driver).send_keys(Keys.ARROW_RIGHT).perform()
+    wait.until(lambda d: "Orvane Two" in text("#channel"))
+    wait.until(lambda d: "Orvane Two Now" in text("#now") and "Orvane Two Next" in text("#next"))
+    vendor("POST", "key", {"key": "VK_1"})
+    wait.until(lambda d: "Orvane One" in text("#channel"))
+    vendor("POST", "stream-event", {"name": "now", "data": "from-the-test", "text": "fired"})
+    wait.until(lambda d: "from-the-test" in text("#stream"))
+    assert driver.execute_script("return document.getElementById('video').playState") == 2
+    png = driver.get_screenshot_as_png()
+    assert png[:8] == b"\x89PNG\r\n\x1a\n" and len(png) > 10000, len(png)
+    log = "\n".join(vendor("GET", "log"))
+    for expected in ("MwBroadcastAddStreamEventListener", "VK_RIGHT (39) from the webdriver",
+                     "VK_1 (49) from the webdriver", "Broadcast_onStreamEvent"):
+        assert expected in log, expected
+    print("PASS")
+finally:
+    driver.quit()
