@@ -523,6 +523,21 @@ Reply WebDriver::Impl::Vendor(const std::string& method, const std::string& what
     });
     return Ok();
   }
+  if (what == "tune") {
+    // By position in the line-up (from 0) or by name.
+    long index = -1;
+    if (body.contains("index") && body["index"].is_number_integer()) index = body["index"].get<long>();
+    std::string name = body.value("name", std::string());
+    bool tuned = OnGui<bool>([&] {
+      std::vector<MwHandle> channels = sim::Channels();
+      for (size_t i = 0; index < 0 && i < channels.size(); i++)
+        if (sim::HandleLabel(channels[i]) == "(" + name + ")") index = static_cast<long>(i);
+      if (index < 0 || !sim::ViewerTune(static_cast<size_t>(index))) return false;
+      runlog::Line("run", QString("webdriver: the viewer tunes to %1").arg(QString::fromStdString(sim::CurrentChannelName())));
+      return true;
+    });
+    return tuned ? Ok() : Error("invalid argument", "no such channel in the line-up");
+  }
   if (what == "low-memory") {
     OnGui<bool>([] {
       sim::RaiseLowMemory(sim::LastAppManager());

@@ -404,6 +404,20 @@ std::vector<MwHandle> BroadcastInstances() {
   return out;
 }
 
+bool ViewerTune(size_t index) {
+  std::vector<MwHandle> bound;
+  {
+    std::lock_guard<std::recursive_mutex> lock(Mutex());
+    if (index >= Rx().channels.size()) return false;
+    Rx().current = index;
+    for (MwHandle h : g_instances)
+      if (auto b = ::Instance(h))
+        if (b->state.bound) bound.push_back(h);
+  }
+  for (MwHandle h : bound) TuneTo(h, static_cast<long>(index));
+  return true;
+}
+
 bool LastPaintRect(MwRect* out) {
   std::lock_guard<std::recursive_mutex> lock(Mutex());
   if (g_paint_set) *out = g_paint_rect;

@@ -2,6 +2,7 @@
 #ifndef ORVANE_SIM_BROADCAST_SIM_H
 #define ORVANE_SIM_BROADCAST_SIM_H
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -28,6 +29,12 @@ struct BroadcastState {
 bool Broadcast(MwHandle broadcast, BroadcastState* out);
 // The broadcast instances made since Reset and not released, oldest first.
 std::vector<MwHandle> BroadcastInstances();
+// The viewer tunes the receiver to channel `index` of the line-up (as with
+// the remote's P+ and P- when no application takes them): the receiver
+// presents it and every broadcast object bound to the presented channel
+// follows (connecting, the change succeeded, presenting). False, with
+// nothing changed, for an index beyond the line-up.
+bool ViewerTune(size_t index);
 // The rectangle last given to MwVideoSetPaintRect; false when it was
 // cleared (null) or never set.
 bool LastPaintRect(MwRect* out);

@@ -1,5 +1,5 @@
 # The demo driven by Python Selenium: the channel list, keys through
-# actions, now/next, a key and a stream event through the vendor
+# actions, now/next, a key, a tune and a stream event through the vendor
 # endpoints, a screenshot and the middleware log.
 import json
 import sys
@@ -42,6 +42,8 @@ try:
     wait.until(lambda d: "Orvane Two Now" in text("#now") and "Orvane Two Next" in text("#next"))
     vendor("POST", "key", {"key": "VK_1"})
     wait.until(lambda d: "Orvane One" in text("#channel"))
+    vendor("POST", "tune", {"name": "Orvane News"})
+    wait.until(lambda d: "Orvane News" in text("#channel"))
     vendor("POST", "stream-event", {"name": "now", "data": "from-the-test", "text": "fired"})
     wait.until(lambda d: "from-the-test" in text("#stream"))
     assert driver.execute_script("return document.getElementById('video').playState") == 2

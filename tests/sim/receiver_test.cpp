@@ -4,6 +4,8 @@
 // position, the guide's present programme changing, component selection;
 // its answers (the dvb-si scheme, active components) and AIT URLs.
 #include "sim/appmgr_sim.h"
+#include "sim/broadcast_sim.h"
+#include "sim/receiver_sim.h"
 #include "sim/description.h"
 #include "sim/receiver.h"
 #include "sim_fixture.h"
@@ -189,6 +191,26 @@ TEST_F(ReceiverTest, StreamEventsComeOnTheComponentTheirObjectNames) {
   EXPECT_EQ((std::vector<std::string>{"25 trigger", "26 error", "27 error", "28 trigger", "29 error"}), seen)
       << "the object's component; another carousel; no such object; the description's component; another";
   MwObjectRelease(b);
+}
+
+// The viewer's tune: the receiver presents the channel; a bound object
+// follows with its events, an unbound one hears nothing.
+TEST_F(ReceiverTest, TheViewerTunesAndBoundObjectsFollow) {
+  MwHandle bound = MwBroadcastCreate(nullptr), unbound = MwBroadcastCreate(nullptr);
+  MwBroadcastBindToCurrentChannel(bound);
+  sim::WaitIdle(100);
+  ClearEvents();
+  EXPECT_FALSE(sim::ViewerTune(sim::Channels().size()));
+  EXPECT_EQ(sim::Channels()[0], sim::CurrentChannel());
+  ASSERT_TRUE(sim::ViewerTune(2));
+  sim::WaitIdle(100);
+  EXPECT_EQ(sim::Channels()[2], sim::CurrentChannel());
+  auto succeeded = Named("Broadcast_onChannelChangeSucceeded");
+  ASSERT_EQ(1u, succeeded.size());
+  EXPECT_EQ(bound, static_cast<MwHandle>(succeeded[0].args[0]));
+  for (const Event& e : Named("Broadcast_onPlayStateChange")) EXPECT_EQ(bound, static_cast<MwHandle>(e.args[0]));
+  MwObjectRelease(bound);
+  MwObjectRelease(unbound);
 }
 
 }  // namespace
