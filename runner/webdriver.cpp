@@ -224,11 +224,10 @@ Reply WebDriver::Impl::NewSession(const json& body) {
   std::string receiver_error;
   bool loaded = OnGui<bool>([&] {
     sim::Reset();
-    if (mine.contains("receiver")) {
-      const json& r = mine["receiver"];
-      if (r.is_string() && !sim::LoadDescription(r.get<std::string>(), &receiver_error)) return false;
-      if (r.is_object() && !sim::LoadDescriptionText(r.dump(), &receiver_error)) return false;
-    }
+    json r = mine.value("receiver", json());
+    if (r.is_null() && !o.receiver.isEmpty()) r = o.receiver.toStdString();  // the command line's
+    if (r.is_string() && !sim::LoadDescription(r.get<std::string>(), &receiver_error)) return false;
+    if (r.is_object() && !sim::LoadDescriptionText(r.dump(), &receiver_error)) return false;
     if (o.clock_rate >= 0) sim::SetClockRate(o.clock_rate);
     return true;
   });
