@@ -29,6 +29,9 @@ packages=(cmake g++ make libgtest-dev libgmock-dev libbenchmark-dev
   # the running time drawn on the demo's catch-up clip (timeoverlay)
   gstreamer1.0-x
   "$@")
+# WebdriverIO (npm) for the WebDriver browser test: Node.js and npm from
+# Debian unless the machine has them already.
+command -v npm >/dev/null || packages+=(nodejs npm)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
@@ -45,4 +48,9 @@ if [ ${#missing[@]} -gt 0 ]; then
     exit 1
   fi
   DEBIAN_FRONTEND=noninteractive $SUDO apt-get install -y -qq --no-install-recommends "${missing[@]}"
+fi
+webdriverio="$(dirname "$0")/../e2e/webdriver"
+if [ ! -d "$webdriverio/node_modules/webdriverio" ]; then
+  echo "Installing WebdriverIO (npm) for the WebDriver browser test"
+  (cd "$webdriverio" && npm install --no-audit --no-fund --loglevel=error)
 fi

@@ -8,6 +8,8 @@ set -uo pipefail
 runner=$1 demo=$2 client=$3 how=${4:-python}
 if [ "$how" = python ]; then
   /usr/bin/python3 -c "import selenium" 2>/dev/null || { echo "python3-selenium is not installed"; exit 77; }
+else
+  [ -d "$(dirname "$client")/node_modules/webdriverio" ] || { echo "WebdriverIO is not installed (scripts/setup.sh)"; exit 77; }
 fi
 log=$(mktemp)
 "$runner" --webdriver 0 >"$log" 2>&1 &
