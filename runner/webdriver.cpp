@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QBuffer>
 #include <QImage>
+#include <QWidget>
 #include <QWebFrame>
 #include <chrono>
 #include <cstdio>
@@ -278,8 +279,12 @@ Reply WebDriver::Impl::CloseSession() {
   Sleep(100);  // the plug-in's last queued calls run
   OnGui<bool>([&id] {
     QApplication::processEvents();
-    runlog::Line("run", QString("webdriver session %1 closed: %2 middleware references held, %3 released wrongly")
-                            .arg(QString::fromStdString(id)).arg(sim::HeldHandles()).arg(sim::ReleaseErrors()));
+    int windows = 0;
+    for (QWidget* w : QApplication::topLevelWidgets()) windows += w->isVisible();
+    runlog::Line("run", QString("webdriver session %1 closed: %2 windows open, %3 middleware references held, "
+                                "%4 released wrongly")
+                            .arg(QString::fromStdString(id)).arg(windows).arg(sim::HeldHandles())
+                            .arg(sim::ReleaseErrors()));
     runlog::Capture(nullptr);
     return true;
   });

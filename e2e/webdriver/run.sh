@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Runs a WebDriver client script against orvane-run --webdriver 0 (under
 # xvfb-run): the script gets the endpoint's URL and the demo's file URL.
-# Every session must end with no middleware reference held or released
-# wrongly, as the runner's closing line of each session says.
+# Every session must end with no window open and no middleware reference
+# held or released wrongly, as the runner's closing line of each session
+# says.
 # Usage: run.sh RUNNER DEMO_DIR CLIENT [python|node]
 set -uo pipefail
 runner=$1 demo=$2 client=$3 how=${4:-python}
@@ -25,10 +26,10 @@ done
 url="http://127.0.0.1:$port" page="file://$(cd "$demo" && pwd)/index.html"
 if [ "$how" = node ]; then node "$client" "$url" "$page"; else /usr/bin/python3 "$client" "$url" "$page"; fi
 code=$?
-closed=$(grep -c "session .* closed: 0 middleware references held, 0 released wrongly" "$log")
+closed=$(grep -c "session .* closed: 0 windows open, 0 middleware references held, 0 released wrongly" "$log")
 grep -E "webdriver|key " "$log"
-if grep "session .* closed:" "$log" | grep -v "closed: 0 middleware references held, 0 released wrongly"; then
-  echo "FAIL: a session left middleware references behind"; exit 1
+if grep "session .* closed:" "$log" | grep -v "closed: 0 windows open, 0 middleware references held, 0 released wrongly"; then
+  echo "FAIL: a session left a window or middleware references behind"; exit 1
 fi
 [ "$code" -eq 0 ] || { tail -40 "$log"; exit "$code"; }
 echo "sessions closed clean: $closed"
