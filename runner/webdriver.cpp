@@ -61,6 +61,16 @@ T OnGui(F fn) {
   return result;
 }
 
+// Runs `fn` on the GUI thread: the command's empty success.
+template <class F>
+Reply Done(F fn) {
+  OnGui<bool>([&] {
+    fn();
+    return true;
+  });
+  return Ok();
+}
+
 void Sleep(int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); }
 
 // Polls `done` (on the GUI thread) every 20 ms for up to `ms`; false on timeout.
@@ -510,22 +520,16 @@ Reply WebDriver::Impl::Vendor(const std::string& method, const std::string& what
   if (what == "key") {
     const RemoteKey* key = FindKey(QString::fromStdString(body.value("key", std::string())));
     if (!key) return Error("invalid argument", "no remote key " + body.value("key", std::string()));
-    OnGui<bool>([runner, key] {
-      runner->PressRemoteKey(*key);
-      return true;
-    });
-    return Ok();
+    return Done([runner, key] { runner->PressRemoteKey(*key); });
   }
   if (what == "stream-event") {
     if (!body.contains("name") || !body["name"].is_string()) return Error("invalid argument", "name is no string");
     std::string name = body["name"], data = body.value("data", std::string()), text = body.value("text", std::string());
     int status = body.value("status", 1);
-    OnGui<bool>([&] {
+    return Done([&] {
       runlog::Line("run", QString("webdriver: stream event %1").arg(QString::fromStdString(name)));
       sim::FireStreamEvent(name, data, text, status);
-      return true;
     });
-    return Ok();
   }
   if (what == "tune") {
     // By position in the line-up (from 0) or by name.
@@ -543,37 +547,23 @@ Reply WebDriver::Impl::Vendor(const std::string& method, const std::string& what
     return tuned ? Ok() : Error("invalid argument", "no such channel in the line-up");
   }
   if (what == "low-memory") {
-    OnGui<bool>([] {
-      sim::RaiseLowMemory(sim::LastAppManager());
-      return true;
-    });
-    return Ok();
+    return Done([] { sim::RaiseLowMemory(sim::LastAppManager()); });
   }
   if (what == "clock") {
     if (!body.contains("rate") || !body["rate"].is_number_integer()) return Error("invalid argument", "rate is no integer");
     int rate = body["rate"];
-    OnGui<bool>([rate] {
-      sim::SetClockRate(rate);
-      return true;
-    });
-    return Ok();
+    return Done([rate] { sim::SetClockRate(rate); });
   }
   if (what == "parental-rating") {
     bool blocked = body.value("blocked", false);
-    OnGui<bool>([blocked] {
+    return Done([blocked] {
       for (MwHandle b : sim::BroadcastInstances()) sim::RaiseParentalRatingChange(b, "content", nullptr, blocked);
-      return true;
     });
-    return Ok();
   }
   if (what == "pvr-status") {
     if (!body.contains("status") || !body["status"].is_number_integer()) return Error("invalid argument", "status is no integer");
     int status = body["status"];
-    OnGui<bool>([status] {
-      sim::RaisePvrStatusChange(status);
-      return true;
-    });
-    return Ok();
+    return Done([status] { sim::RaisePvrStatusChange(status); });
   }
   return Error("unknown command", "no vendor command orvane/" + what);
 }
