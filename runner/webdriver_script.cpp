@@ -37,8 +37,9 @@ const char kHelpers[] = R"JS(
     depth = depth || 0;
     if (depth > 16) fail('javascript error', 'the result nests too deep (a cycle?)');
     if (v === undefined || v === null) return null;
-    if (typeof v === 'function') return {};
+    // Before the function test: a plug-in's element is callable.
     if (v instanceof Element) return ref(v);
+    if (typeof v === 'function') return {};
     if (typeof v !== 'object') return v;
     if (Array.isArray(v) || v instanceof NodeList || v instanceof HTMLCollection) {
       var a = []; for (var i = 0; i < v.length; i++) a.push(out(v[i], depth + 1)); return a;

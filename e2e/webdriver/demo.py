@@ -47,6 +47,26 @@ try:
     vendor("POST", "stream-event", {"name": "now", "data": "from-the-test", "text": "fired"})
     wait.until(lambda d: "from-the-test" in text("#stream"))
     assert driver.execute_script("return document.getElementById('video').playState") == 2
+    # Elements: a plug-in element through a script and back, reads, XPath,
+    # and an input that takes keys, is cleared and is clicked.
+    video = driver.execute_script("return document.getElementById('video')")
+    assert driver.execute_script("return arguments[0].playState", video) == 2
+    assert video.get_attribute("type") == "video/broadcast" and video.tag_name == "object"
+    panel = driver.find_element(By.XPATH, "//div[@id='channels']")
+    assert panel.is_displayed() and panel.rect["width"] > 0, panel.rect
+    assert panel.value_of_css_property("position") == "absolute", panel.value_of_css_property("position")
+    assert len(panel.find_elements(By.TAG_NAME, "li")) == 4
+    field = driver.execute_script(
+        "var i = document.createElement('input'); i.onclick = function () { i.title = 'clicked'; };"
+        "document.body.appendChild(i); return i")
+    field.send_keys("abc")
+    assert field.get_property("value") == "abc"
+    field.clear()
+    field.click()
+    assert field.get_property("value") == "" and field.get_attribute("title") == "clicked"
+    assert driver.execute_async_script("var done = arguments[0]; setTimeout(function () { done(7); }, 50)") == 7
+    shot = panel.screenshot_as_png
+    assert shot[:8] == b"\x89PNG\r\n\x1a\n", shot[:8]
     png = driver.get_screenshot_as_png()
     assert png[:8] == b"\x89PNG\r\n\x1a\n" and len(png) > 10000, len(png)
     log = "\n".join(vendor("GET", "log"))
