@@ -117,15 +117,42 @@ Reply WebDriver::Impl::Vendor(const std::string& method, const std::string& what
     return Done([] { sim::RaiseLowMemory(sim::LastAppManager()); });
   }
   if (what == "clock") {
-    if (!body.contains("rate") || !body["rate"].is_number_integer()) return Error("invalid argument", "rate is no integer");
-    int rate = body["rate"];
-    return Done([rate] { sim::SetClockRate(rate); });
+    // Any of: a rate, a time to set (seconds since the epoch), seconds to advance.
+    for (const char* key : {"rate", "set", "advance"})
+      if (body.contains(key) && !body[key].is_number_integer()) return Error("invalid argument", std::string(key) + " is no integer");
+    int32_t rate = body.value("rate", -1), set = body.value("set", -1), advance = body.value("advance", 0);
+    int32_t now = OnGui<int32_t>([&] {
+      if (set >= 0) sim::SetReceiverTime(set);
+      if (advance) sim::SetReceiverTime(sim::ReceiverTime() + advance);
+      if (rate >= 0) sim::SetClockRate(rate);
+      return sim::ReceiverTime();
+    });
+    return Ok({{"time", now}});
   }
   if (what == "parental-rating") {
+    // The present programme's rating changes (to `name` and `value` when given)
+    // and every broadcast object hears it.
     bool blocked = body.value("blocked", false);
-    return Done([blocked] {
+    std::string name = body.value("name", std::string());
+    int32_t value = body.value("value", -1);
+    bool rated = OnGui<bool>([&] {
+      if (value >= 0 && !sim::SetPresentRating(name.empty() ? std::to_string(value) : name, value)) return false;
       for (MwHandle b : sim::BroadcastInstances()) sim::RaiseParentalRatingChange(b, "content", nullptr, blocked);
+      return true;
     });
+    return rated ? Ok() : Error("invalid argument", "the receiver presents no programme");
+  }
+  if (what == "network-status") {
+    if (!body.contains("status") || !body["status"].is_number_integer()) return Error("invalid argument", "status is no integer");
+    int status = body["status"];
+    size_t index = body.value("interface", 0);
+    bool raised = OnGui<bool>([&] {
+      std::vector<MwHandle> interfaces = sim::NetworkInterfaces();
+      if (index >= interfaces.size()) return false;
+      sim::RaiseNetworkStatusChange(interfaces[index], status);
+      return true;
+    });
+    return raised ? Ok() : Error("invalid argument", "no such network interface");
   }
   if (what == "pvr-status") {
     if (!body.contains("status") || !body["status"].is_number_integer()) return Error("invalid argument", "status is no integer");

@@ -446,6 +446,24 @@ MwHandle CurrentRating() {
   return programme && !programme->ratings.empty() ? programme->ratings.front() : 0;
 }
 
+bool SetPresentRating(const std::string& name, int32_t value) {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  auto channel = ChannelAt(Rx().current);
+  std::vector<MwHandle> programmes = channel ? PresentAndFollowing(*channel) : std::vector<MwHandle>();
+  auto programme = programmes.empty() ? nullptr : Find<ProgrammeObject>(programmes.front());
+  if (!programme) return false;
+  if (programme->ratings.empty()) {  // a dvb-si rating the receiver keeps
+    auto rating = std::make_shared<RatingObject>();
+    rating->scheme = "dvb-si";
+    rating->region = "gb";
+    programme->ratings.push_back(Register(rating, true));
+  }
+  return Update<RatingObject>(programme->ratings.front(), [&](RatingObject& r) {
+    r.name = name;
+    r.value = value;
+  });
+}
+
 void RaiseParentalRatingChange(MwHandle broadcast, const char* contentId, const char* drmSystemId,
                                bool blocked) {
   SIM_EMIT(Broadcast_onParentalRatingChange, broadcast, contentId ? NewStringHandle(contentId) : 0,

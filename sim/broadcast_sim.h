@@ -46,6 +46,9 @@ void FireStreamEvent(const std::string& name, const std::string& data, const std
 // The rating of the present programme of the receiver's current channel: a
 // rating the receiver keeps (no reference is given), 0 when it has none.
 MwHandle CurrentRating();
+// Gives that rating another name and value (the age of the dvb-si scheme;
+// a programme without a rating gets one); false when nothing is presented.
+bool SetPresentRating(const std::string& name, int32_t value);
 // Raise the rating events with CurrentRating() (borrowed, as the receiver
 // does), new strings for the content and DRM system ids (null: 0), on the
 // calling thread.

@@ -134,6 +134,21 @@ void SetClockRate(int32_t rate) {
   FollowRecordings();
 }
 
+void SetReceiverTime(int32_t seconds) {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  Receiver& rx = Rx();
+  rx.now = seconds;
+  rx.loaded_ms = SteadyMs();
+  FollowRecordings();
+}
+
+int32_t ReceiverTime() { return ReceiverNow(); }
+
+std::vector<MwHandle> NetworkInterfaces() {
+  std::lock_guard<std::recursive_mutex> lock(Mutex());
+  return Rx().network_interfaces;
+}
+
 int64_t RealMsFor(int64_t seconds) {
   std::lock_guard<std::recursive_mutex> lock(Mutex());
   int32_t rate = Rx().clock_rate;

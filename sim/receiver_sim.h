@@ -40,6 +40,13 @@ std::string CarouselFile(const std::string& url);
 // channel, "" for anything else.
 std::string HandleLabel(MwHandle handle);
 
+// The receiver's clock (seconds since the epoch, as the guide counts them):
+// read, or set (it runs on from there at its rate; recordings follow).
+int32_t ReceiverTime();
+void SetReceiverTime(int32_t seconds);
+// The receiver's network interfaces (handles it keeps).
+std::vector<MwHandle> NetworkInterfaces();
+
 // ---- for tests: the receiver's objects and settings ----
 // Handles the receiver keeps (no reference is given with them).
 std::vector<MwHandle> Channels();  // the line-up, in order

@@ -69,9 +69,17 @@ try:
     assert shot[:8] == b"\x89PNG\r\n\x1a\n", shot[:8]
     png = driver.get_screenshot_as_png()
     assert png[:8] == b"\x89PNG\r\n\x1a\n" and len(png) > 10000, len(png)
+    # The receiver's other controls, each seen in the middleware log.
+    vendor("POST", "parental-rating", {"value": 18, "blocked": True})
+    assert vendor("POST", "clock", {"set": 1800000000})["time"] == 1800000000
+    assert vendor("POST", "clock", {"advance": 60})["time"] == 1800000060
+    vendor("POST", "network-status", {"status": 0})
+    vendor("POST", "pvr-status", {"status": 1})
+    vendor("POST", "low-memory")
     log = "\n".join(vendor("GET", "log"))
     for expected in ("MwBroadcastAddStreamEventListener", "VK_RIGHT (39) from the webdriver",
-                     "VK_1 (49) from the webdriver", "Broadcast_onStreamEvent"):
+                     "VK_1 (49) from the webdriver", "Broadcast_onStreamEvent", "Broadcast_onParentalRatingChange",
+                     "NetworkInterface_onNetworkStatusChange", "LocalSystem_onPvrStatusChange", "AppMgr_onLowMemory"):
         assert expected in log, expected
     print("PASS")
 finally:
