@@ -34,4 +34,10 @@ cmake --build "$scratch/consumer" >/dev/null
 cc tests/install/consumer/preloaded.c -o "$scratch/preloaded" -ldl
 id=$(LD_PRELOAD="$root/lib/libnporvane-sim.so" ORVANE_RECEIVER=e2e/config.json "$scratch/preloaded" "$plugin")
 [ "$id" = "E2E-BOX-42" ] || { echo "preloaded simulator: device id \"$id\""; exit 1; }
-echo "install: consumed through pkg-config and find_package; the simulator preloads"
+# A bad description: one line saying what is wrong, and the built-in receiver runs.
+printf '{"channels": [{"name": "A", "onid": 4294967296}]}' >"$scratch/bad.json"
+id=$(LD_PRELOAD="$root/lib/libnporvane-sim.so" ORVANE_RECEIVER="$scratch/bad.json" "$scratch/preloaded" "$plugin" \
+  2>"$scratch/why")
+[ "$id" = "ORV-SIM-0001" ] && [ "$(wc -l <"$scratch/why")" -eq 1 ] && grep -q "onid.*beyond 32 bits" "$scratch/why" ||
+  { cat "$scratch/why"; echo "preloaded simulator with a bad description: device id \"$id\""; exit 1; }
+echo "install: consumed through pkg-config and find_package; the simulator preloads, also past a bad description"

@@ -17,13 +17,13 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 mode=${1:-short}
-targets=(${ORVANE_FUZZ_TARGETS:-script_surface instance style url})
+targets=(${ORVANE_FUZZ_TARGETS:-script_surface instance style url description})
 findings=${ORVANE_FUZZ_FINDINGS:-fuzz/findings}
 scripts/setup.sh clang libclang-rt-14-dev
 CC=clang CXX=clang++ cmake -S . -B build-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo \
   -DORVANE_SANITIZE=ON -DORVANE_FUZZ=ON >/dev/null
-cmake --build build-fuzz -j2 --target fuzz_script_surface fuzz_instance fuzz_style fuzz_url
-declare -A runs=([script_surface]=20000 [instance]=20000 [style]=50000 [url]=100000)
+cmake --build build-fuzz -j2 --target fuzz_script_surface fuzz_instance fuzz_style fuzz_url fuzz_description
+declare -A runs=([script_surface]=20000 [instance]=20000 [style]=50000 [url]=100000 [description]=20000)
 
 oracles() {
   local work faults=(record-double-free over-release held-handle leaked-block off-thread)
@@ -39,6 +39,13 @@ oracles() {
       fi
     done
   done
+  # The description target: an error of more than one line is a finding.
+  if ORVANE_FUZZ_FAULT=error-lines build-fuzz/fuzz/fuzz_description "$work/input" >"$work/log" 2>&1 ||
+    ! grep -q "^finding:" "$work/log"; then
+    tail -n 20 "$work/log"
+    echo "fuzz_description: a broken error went unreported"
+    exit 1
+  fi
   # A long run that meets a finding fails, and keeps its input and report
   # (the accounting's: strict ownership would stop at the release itself).
   if ORVANE_SIM_STRICT=0 ORVANE_FUZZ_FAULT=over-release ORVANE_FUZZ_FINDINGS="$work/findings" ORVANE_FUZZ_TARGETS=url \
@@ -54,7 +61,7 @@ oracles() {
     exit 1
   fi
   rm -rf "$work"
-  echo "oracles: each of ${#faults[@]} injected faults is a finding in each target; a long run with a finding fails"
+  echo "oracles: each of ${#faults[@]} injected faults is a finding in each plug-in target, a broken error in the description target; a long run with a finding fails"
 }
 
 if [ "$mode" = oracles ]; then

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstdint>
 #include <fstream>
 #include <set>
 #include <sstream>
@@ -41,11 +42,30 @@ std::string Str(const json& j, const char* key, const std::string& fallback = ""
   return j.contains(key) ? j.at(key).get<std::string>() : fallback;
 }
 
+// A number within 32 bits; anything else throws, naming `what`.
+int32_t ToInt(const json& v, const std::string& what) {
+  if (v.is_number()) {
+    double d = v.get<double>();
+    bool fits = v.is_number_unsigned() ? v.get<uint64_t>() <= INT32_MAX
+                : v.is_number_integer() ? v.get<int64_t>() >= INT32_MIN && v.get<int64_t>() <= INT32_MAX
+                                        : d >= INT32_MIN && d <= INT32_MAX;  // false for NaN
+    if (!fits) throw std::runtime_error(what + ": " + v.dump() + " is beyond 32 bits");
+  }
+  return v.get<int32_t>();
+}
+
+std::vector<int32_t> ToInts(const json& v, const std::string& what) {
+  if (!v.is_array()) throw std::runtime_error(what + " is no list of numbers");
+  std::vector<int32_t> out;
+  for (const json& x : v) out.push_back(ToInt(x, what));
+  return out;
+}
+
 int32_t Int(const json& j, const char* key, int32_t fallback = 0) {
   if (!j.contains(key)) return fallback;
   const json& v = j.at(key);
   if (v.is_boolean()) return v.get<bool>() ? 1 : 0;
-  return v.get<int32_t>();
+  return ToInt(v, key);
 }
 
 std::vector<std::string> Strings(const json& j, const char* key) {
@@ -119,7 +139,7 @@ void Capabilities(const json& j, Receiver& rx) {
 MwHandle Rating(const json& j) {
   auto r = std::make_shared<RatingObject>();
   if (j.is_number()) {
-    r->value = j.get<int32_t>();
+    r->value = ToInt(j, "parentalRating");
     r->name = std::to_string(r->value);
     r->scheme = "dvb-si";
   } else {
@@ -147,7 +167,12 @@ MwHandle Component(const json& j) {
   c->audio_description = Int(j, "audioDescription");
   c->audio_channels = Int(j, "audioChannels", c->type == 1 ? 2 : 0);
   c->hearing_impaired = Int(j, "hearingImpaired");
-  c->aspect_ratio = j.contains("aspectRatio") ? j.at("aspectRatio").get<float>() : (c->type == 0 ? 1.78f : 0.0f);
+  c->aspect_ratio = c->type == 0 ? 1.78f : 0.0f;
+  if (j.contains("aspectRatio")) {
+    double ratio = j.at("aspectRatio").get<double>();
+    if (!(ratio >= 0 && ratio <= 100)) throw std::runtime_error("aspectRatio: " + j.at("aspectRatio").dump() + " is no ratio");
+    c->aspect_ratio = static_cast<float>(ratio);
+  }
   return Register(c, true);
 }
 
@@ -217,15 +242,17 @@ void Schedule(const json& j, ChannelObject* c) {
     throw std::runtime_error("a schedule needs a count up to 1000000 and a positive duration");
   std::vector<std::string> titles = Strings(j, "titles");
   std::vector<std::string> genres = Strings(j, "genres");
-  std::vector<int32_t> ratings = j.contains("ratings") ? j.at("ratings").get<std::vector<int32_t>>()
+  std::vector<int32_t> ratings = j.contains("ratings") ? ToInts(j.at("ratings"), "ratings")
                                                          : std::vector<int32_t>();
   if (titles.empty()) titles = {c->name + " programme"};
-  int32_t start = kClock + Int(j, "startOffset");
+  int64_t start = int64_t{kClock} + Int(j, "startOffset");
+  if (start < INT32_MIN || start + int64_t{count} * duration > INT32_MAX)
+    throw std::runtime_error("a schedule's times leave the receiver's 32-bit clock");
   for (int32_t i = 0; i < count; i++) {
     json p;
     size_t t = static_cast<size_t>(i) % titles.size();
     p["name"] = static_cast<size_t>(i) < titles.size() ? titles[t] : titles[t] + " " + std::to_string(i + 1);
-    p["start"] = start + i * duration;
+    p["start"] = static_cast<int32_t>(start + int64_t{i} * duration);
     p["duration"] = duration;
     if (!genres.empty()) p["genre"] = genres[static_cast<size_t>(i) % genres.size()];
     if (!ratings.empty()) p["parentalRating"] = ratings[static_cast<size_t>(i) % ratings.size()];
@@ -313,7 +340,7 @@ MwHandle Channel(const json& j, size_t index) {
 }
 
 int32_t KeyGroups(const json& j) {
-  if (j.is_number()) return j.get<int32_t>();
+  if (j.is_number()) return ToInt(j, "a key group");
   static const char* const kGroups[] = {"RED", "GREEN", "YELLOW", "BLUE", "NAVIGATION", "VCR",
                                         "SCROLL", "INFO", "NUMERIC", "ALPHA", "OTHER"};
   int32_t mask = 0;
@@ -336,7 +363,9 @@ void Apply(const json& d, Receiver& rx) {
     rx.current = 0;
   }
   if (d.contains("currentChannel")) {
-    size_t current = d.at("currentChannel").get<size_t>();
+    int32_t index = ToInt(d.at("currentChannel"), "currentChannel");
+    if (index < 0) throw std::runtime_error("currentChannel is negative");
+    size_t current = static_cast<size_t>(index);
     if (current >= rx.channels.size()) throw std::runtime_error("currentChannel is beyond the channel list");
     rx.current = current;
   }
@@ -355,7 +384,7 @@ void Apply(const json& d, Receiver& rx) {
   if (d.contains("keys")) {
     const json& k = d.at("keys");
     if (k.contains("groups")) rx.key_groups = KeyGroups(k.at("groups"));
-    if (k.contains("otherKeys")) rx.other_keys = k.at("otherKeys").get<std::vector<int32_t>>();
+    if (k.contains("otherKeys")) rx.other_keys = ToInts(k.at("otherKeys"), "otherKeys");
   }
   if (d.contains("preferences")) {
     const json& p = d.at("preferences");

@@ -88,11 +88,19 @@ TEST_F(DescriptionTest, AFaultyDescriptionLeavesTheBuiltInReceiverAndSaysWhy) {
       R"({"keys": {"groups": ["RED", "PURPLE"]}})",
       R"({"currentChannel": 4})",
       R"({"channels": [{"name": "A", "streamEvents": [{"data": "x"}]}]})",
+      // Numbers beyond what the receiver counts with, and a guide that runs
+      // past its clock (found by the description fuzz target).
+      R"({"channels": [{"name": "A", "onid": 4294967296}]})",
+      R"({"channels": [{"name": "A", "schedule": {"count": 2, "ratings": [1e30]}}]})",
+      R"({"channels": [{"name": "A", "components": [{"type": "video", "aspectRatio": 1e300}]}]})",
+      R"({"currentChannel": -1})",
+      R"({"channels": [{"name": "A", "schedule": {"count": 200, "duration": 18003600}}]})",
   };
   for (const char* text : faulty) {
     std::string error;
     EXPECT_FALSE(sim::LoadDescriptionText(text, &error)) << text;
     EXPECT_FALSE(error.empty()) << text;
+    EXPECT_EQ(std::string::npos, error.find('\n')) << "one line: " << error;
     EXPECT_EQ(ChannelCount(), 4u) << text;
     EXPECT_EQ(sim::Rx().key_groups, 0x1ff) << text;
   }
