@@ -277,6 +277,25 @@ void BroadcastsRead(benchmark::State& state, bool oldest) {
 void BM_OldestBroadcastRead(benchmark::State& state) { BroadcastsRead(state, true); }
 void BM_NewestBroadcastRead(benchmark::State& state) { BroadcastsRead(state, false); }
 
+// ---- NPP_New and NPP_Destroy with many live instances ------------------------------
+
+// One video/broadcast instance made and destroyed, with `state.range(0)`
+// others live on the page.
+void BM_BroadcastNewDestroy(benchmark::State& state) {
+  Page page;
+  for (int64_t i = 0; i < state.range(0); i++) page.Open("video/broadcast");
+  NPP npp = host::NewInstance(host::NewPage());
+  char type[] = "video/broadcast";
+  for (auto _ : state) {
+    g_plugin.newp(type, npp, 1, 0, nullptr, nullptr, nullptr);
+    NPObject* o = Page::Scriptable(npp);
+    g_plugin.destroy(npp, nullptr);
+    if (o) host::Funcs()->releaseobject(o);
+    if ((state.iterations() & 255) == 0) sim::ClearCalls();
+  }
+  host::InstanceDestroyed(npp);
+}
+
 // ---- memory --------------------------------------------------------------------------
 
 void BM_MemoryPerChannel(benchmark::State& state) {
@@ -308,6 +327,7 @@ BENCHMARK(BM_OldestChannelRead)->Arg(1)->Arg(100)->Arg(1000)->Arg(10000);
 BENCHMARK(BM_NewestChannelRead)->Arg(1)->Arg(100)->Arg(1000)->Arg(10000);
 BENCHMARK(BM_OldestBroadcastRead)->Arg(1)->Arg(1000)->Arg(10000);
 BENCHMARK(BM_NewestBroadcastRead)->Arg(1)->Arg(1000)->Arg(10000);
+BENCHMARK(BM_BroadcastNewDestroy)->Arg(1)->Arg(1000)->Arg(10000);
 BENCHMARK(BM_MemoryPerChannel)->Iterations(1);
 
 // Keeps each run's time per iteration and rate, to print the ratios.
@@ -381,6 +401,9 @@ int main(int argc, char** argv) {
   for (const char* n : {"1", "1000", "10000"})
     Ratio(collector, (std::string("oldest / newest of ") + n + " video/broadcast instances").c_str(),
           std::string("BM_OldestBroadcastRead/") + n, std::string("BM_NewestBroadcastRead/") + n);
+  for (const char* n : {"1000", "10000"})
+    Ratio(collector, (std::string("NPP_New + NPP_Destroy, ") + n + " / 1 live video/broadcast").c_str(),
+          std::string("BM_BroadcastNewDestroy/") + n, "BM_BroadcastNewDestroy/1");
   Ratio(collector, "guide search, 10,000 / 1,000 programmes (linear: about 10)",
         "BM_GuideSearch/10000", "BM_GuideSearch/1000");
   auto big = collector.times.find("BM_GuideSearch/10000");

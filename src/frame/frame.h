@@ -24,6 +24,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <type_traits>
 
 #include "frame/listeners.h"
 #include "frame/getters.h"
@@ -36,16 +37,21 @@
 // The script object: the NPObject header and the record behind it.
 struct ScriptObject {
   NPObject header;
-  ObjectRecord* record;  // null once the record went
+  void* record;  // null once the record went
 };
 
-inline void BindRecord(NPObject* object, ObjectRecord* record) {
+inline void BindRecord(NPObject* object, void* record) {
   if (object) reinterpret_cast<ScriptObject*>(object)->record = record;
 }
 
 // Frees a record that is off its list: its object no longer finds it, and
 // a delivery running on it frees it when it ends.
 void FrameFreeRecord(ObjectRecord* record);
+
+// Whether records of type R are full records (instance, listeners, list
+// order) rather than shared ones.
+template <class R>
+constexpr bool kFullRecord = std::is_base_of<ObjectRecord, R>::value;
 
 template <class K>
 class ScriptClass {
@@ -152,7 +158,8 @@ struct KindDefaults {
     Gate gate = K::Check(r, Access::kGet);
     if (gate != Gate::kGo) return gate == Gate::kSucceed;
     FoundMember found = K::Members().Property(id);
-    if (found.slot >= 0) return ReadListenerProperty(r, K::Events(), found.slot, result);
+    if constexpr (kFullRecord<R>)
+      if (found.slot >= 0) return ReadListenerProperty(r, K::Events(), found.slot, result);
     const Member<R>* m = MemberTable<R>::RowOf(found);
     return m && m->get ? m->get(r, result) : K::Unknown(r, id, Access::kGet, nullptr, 0, result);
   }
@@ -161,9 +168,11 @@ struct KindDefaults {
     Gate gate = K::Check(r, Access::kSet);
     if (gate != Gate::kGo) return gate == Gate::kSucceed;
     FoundMember found = K::Members().Property(id);
-    if (found.slot >= 0) {
-      WriteListenerSlot(r, K::Events(), found.slot, value);
-      return true;
+    if constexpr (kFullRecord<R>) {
+      if (found.slot >= 0) {
+        WriteListenerSlot(r, K::Events(), found.slot, value);
+        return true;
+      }
     }
     const Member<R>* m = MemberTable<R>::RowOf(found);
     return m && m->set ? m->set(r, value) : K::Unknown(r, id, Access::kSet, value, 1, nullptr);
@@ -174,7 +183,8 @@ struct KindDefaults {
     Gate gate = K::Check(r, Access::kCall);
     if (gate != Gate::kGo) return gate == Gate::kSucceed;
     FoundMember found = K::Members().Method(id);
-    if (found.listener) return ListenerMethod(r, K::Events(), found.listener == 1, args, count);
+    if constexpr (kFullRecord<R>)
+      if (found.listener) return ListenerMethod(r, K::Events(), found.listener == 1, args, count);
     const Member<R>* m = MemberTable<R>::RowOf(found);
     return m && m->call ? m->call(r, args, count, result) : K::Unknown(r, id, Access::kCall, args, count, result);
   }
@@ -203,7 +213,7 @@ typename K::Record* NewRecord(NPP instance, size_t extra = 0) {
     return nullptr;
   }
   BindRecord(r->object, r);
-  r->instance = instance;
+  if constexpr (kFullRecord<R>) r->instance = instance;
   return r;
 }
 
@@ -223,9 +233,14 @@ struct HandedOutKind : KindDefaults<K, R> {
     if (!r) return;
     if (r->handle) K::ReleaseHandle(r->handle);
     K::List().Remove(r);
-    NP_UtilsFreeAllEventListeners(r);
-    r->object = nullptr;
-    FrameFreeRecord(r);
+    if constexpr (kFullRecord<R>) {
+      NP_UtilsFreeAllEventListeners(r);
+      r->object = nullptr;
+      FrameFreeRecord(r);
+    } else {
+      BindRecord(object, nullptr);
+      RecordFree(r);
+    }
   }
 };
 
@@ -245,14 +260,14 @@ NPObject* NewHandedOut(NPP instance, MwHandle handle, HandleOnFailure failure) {
 // The object already made for `handle` (newest first), retained; null when none.
 template <class K>
 NPObject* SharedObject(MwHandle handle) {
-  ObjectRecord* r = handle ? K::List().FindByHandle(handle) : nullptr;
+  auto* r = handle ? K::List().FindByHandle(handle) : nullptr;
   return r && r->object ? NPN_RetainObject(r->object) : nullptr;
 }
 
 // The handle behind an object of kind K; 0 for any other object.
 template <class K>
 MwHandle HandleOf(const NPObject* object) {
-  const ObjectRecord* r = ScriptClass<K>::RecordOf(object);
+  const auto* r = ScriptClass<K>::RecordOf(object);
   return r ? r->handle : 0;
 }
 

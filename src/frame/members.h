@@ -133,7 +133,7 @@ class MemberTable {
 // A kind's rows and the list of its records.
 #define ORV_KIND(rows, list)                  \
   ORV_MEMBER_ROWS(rows)                       \
-  static RecordList& List() { return list; }
+  static auto& List() { return list; }
 // The same for a kind with events, from its event table.
 #define ORV_KIND_WITH_EVENTS(rows, events, list)            \
   static const EventTable& Events() { return events; }      \

@@ -1,15 +1,12 @@
 // The record behind every script object, and the per-kind list that holds
-// the records of live objects, newest first.
-//
-// A list finds a record by its middleware handle (the newest one carrying
-// it) through an index, so the cost does not grow with the number of live
-// records; when the index cannot grow, lookups walk the list instead. Only
-// the browser's thread touches records and lists.
+// the records of live objects. Only the browser's thread touches records
+// and lists.
 #ifndef ORVANE_FRAME_RECORD_H
 #define ORVANE_FRAME_RECORD_H
 
 #include <cstddef>
 
+#include "frame/handle_index.h"
 #include "middleware/types.h"
 #include "npapi/npapi.h"
 
@@ -44,47 +41,55 @@ struct ObjectRecord {
   Listener* listeners;  // event listeners, null when none
 
   // Kept by the list and the event delivery.
-  ObjectRecord* prev;        // newer record of the same list
-  ObjectRecord* same_older;  // next older record carrying the same handle
-  ObjectRecord* same_newer;
-  RecordList* list;          // the list the record is on; null when on none
-  uint32_t deliveries;       // event deliveries running on the record
-  bool gone;                 // destroyed during a delivery: freed when it ends
-  bool orphaned;             // its page instance went: it receives no events
+  ObjectRecord* prev;    // newer record of the same list
+  ObjectRecord* chain;   // next record in the list's index chain
+  uint32_t deliveries;   // event deliveries running on the record
+  bool gone;             // destroyed during a delivery: freed when it ends
+  bool orphaned;         // its page instance went: it receives no events
+  bool listed;           // on its kind's list
 };
 
+// A kind's live records, newest first, and found by handle through an index
+// whose cost does not grow with the number of records.
 class RecordList {
  public:
   ObjectRecord* head() const { return head_; }
-  size_t size() const { return count_; }
+  size_t size() const { return index_.size(); }
   // Links `r` in at the head.
   void Add(ObjectRecord* r);
-  // Unlinks `r`; false (nothing changed) when it is not on this list.
+  // Unlinks `r`; false (nothing changed) when it is not on the list.
   bool Remove(ObjectRecord* r);
-  bool Holds(const ObjectRecord* r) const { return r && r->list == this; }
+  // Records of a kind are only ever on that kind's list.
+  bool Holds(const ObjectRecord* r) const { return r && r->listed; }
   // The newest record carrying `handle`, or null.
-  ObjectRecord* FindByHandle(MwHandle handle) const;
+  ObjectRecord* FindByHandle(MwHandle handle) const { return index_.Newest(handle); }
   // Gives a record of this list (or of none) another handle.
   void SetHandle(ObjectRecord* r, MwHandle handle);
 
  private:
-  struct Slot {
-    MwHandle key;
-    ObjectRecord* newest;  // null: free slot
-  };
-  Slot* FindSlot(MwHandle key) const;
-  bool IndexPut(ObjectRecord* r);  // false when the index cannot hold it
-  void IndexErase(MwHandle key);
-  bool IndexGrow();
-  void IndexDrop();
-  void LinkSameHandle(ObjectRecord* r);
-  void UnlinkSameHandle(ObjectRecord* r);
-
   ObjectRecord* head_ = nullptr;
-  size_t count_ = 0;
-  Slot* slots_ = nullptr;  // open addressing, power-of-two size; null: walk the list
-  size_t capacity_ = 0;
-  size_t used_ = 0;
+  HandleIndex<ObjectRecord> index_;
+};
+
+// The record of a handed-out object that receives no events and makes no
+// objects of its own (a channel, a component, a rating): its script object,
+// its handle and its link in the index, nothing else.
+struct SharedRecord {
+  SharedRecord* chain;
+  NPObject* object;
+  MwHandle handle;
+};
+
+// The live records of such a kind: only found by handle.
+class SharedList {
+ public:
+  size_t size() const { return index_.size(); }
+  void Add(SharedRecord* r) { index_.Insert(r); }
+  bool Remove(SharedRecord* r) { return index_.Erase(r); }
+  SharedRecord* FindByHandle(MwHandle handle) const { return index_.Newest(handle); }
+
+ private:
+  HandleIndex<SharedRecord> index_;
 };
 
 #endif

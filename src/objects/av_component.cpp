@@ -7,10 +7,10 @@
 
 namespace {
 
-RecordList g_components;
+SharedList g_components;
 
 // The component has no tag: the read fails.
-bool ComponentTag(ObjectRecord* r, NPVariant* result) {
+bool ComponentTag(SharedRecord* r, NPVariant* result) {
   int32_t tag = MwComponentGetTag(r->handle);
   if (tag == -1) return false;
   SetInt(result, tag);
@@ -19,17 +19,17 @@ bool ComponentTag(ObjectRecord* r, NPVariant* result) {
 
 // The flags count as set only for exactly 1.
 template <int32_t (*Read)(MwHandle)>
-bool Flag(ObjectRecord* r, NPVariant* result) {
+bool Flag(SharedRecord* r, NPVariant* result) {
   SetBool(result, Read(r->handle) == 1);
   return true;
 }
 
-bool AspectRatio(ObjectRecord* r, NPVariant* result) {
+bool AspectRatio(SharedRecord* r, NPVariant* result) {
   SetDouble(result, MwComponentGetAspectRatio(r->handle));
   return true;
 }
 
-using R = ObjectRecord;
+using R = SharedRecord;
 using Row = Member<R>;
 const Row kMembers[] = {
     Row::Get("componentTag", ComponentTag),
@@ -44,7 +44,7 @@ const Row kMembers[] = {
     Row::Get("hearingImpaired", Flag<MwComponentIsHearingImpaired>),
 };
 
-struct AVComponent : HandedOutKind<AVComponent> {
+struct AVComponent : HandedOutKind<AVComponent, SharedRecord> {
   ORV_KIND(kMembers, g_components)
 };
 

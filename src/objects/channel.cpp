@@ -8,17 +8,17 @@
 
 namespace {
 
-RecordList g_channels;
+SharedList g_channels;
 
 // No major channel: the property reads as absent.
-bool MajorChannel(ObjectRecord* r, NPVariant* result) {
+bool MajorChannel(SharedRecord* r, NPVariant* result) {
   int32_t major = MwChannelGetMajorChannel(r->handle);
   if (major < 0) return false;
   SetInt(result, major);
   return true;
 }
 
-using R = ObjectRecord;
+using R = SharedRecord;
 using Row = Member<R>;
 const Row kMembers[] = {
     Row::Get("TYPE_TV", Constant<R, 0>),
@@ -44,9 +44,9 @@ const Row kMembers[] = {
 };
 
 // A channel of handle 0 fails every read.
-struct Channel : HandedOutKind<Channel> {
+struct Channel : HandedOutKind<Channel, SharedRecord> {
   ORV_KIND(kMembers, g_channels)
-  static Gate Check(const ObjectRecord* r, Access) { return NeedHandle(r); }
+  static Gate Check(const SharedRecord* r, Access) { return NeedHandle(r); }
 };
 
 }  // namespace

@@ -13,18 +13,19 @@
 
 namespace {
 
-RecordList g_ratings;
+SharedList g_ratings;
 
-using Row = Member<ObjectRecord>;
+using R = SharedRecord;
+using Row = Member<R>;
 const Row kMembers[] = {
-    Row::Get("name", TextOf<ObjectRecord, MwRatingGetName>),
-    Row::Get("scheme", TextOf<ObjectRecord, MwRatingGetScheme>),
-    Row::Get("value", IntOf<ObjectRecord, MwRatingGetValue>),
-    Row::Get("labels", IntOf<ObjectRecord, MwRatingGetLabels>),
-    Row::Get("region", TextOf<ObjectRecord, MwRatingGetRegion>),
+    Row::Get("name", TextOf<R, MwRatingGetName>),
+    Row::Get("scheme", TextOf<R, MwRatingGetScheme>),
+    Row::Get("value", IntOf<R, MwRatingGetValue>),
+    Row::Get("labels", IntOf<R, MwRatingGetLabels>),
+    Row::Get("region", TextOf<R, MwRatingGetRegion>),
 };
 
-struct ParentalRating : HandedOutKind<ParentalRating> {
+struct ParentalRating : HandedOutKind<ParentalRating, SharedRecord> {
   ORV_KIND(kMembers, g_ratings)
 };
 
@@ -36,7 +37,7 @@ NPObject* ParentalRatingCreate(NPP instance, MwHandle rating) {
 }
 
 NPObject* ParentalRatingFindNPAPIObj(MwHandle rating) {
-  ObjectRecord* r = g_ratings.FindByHandle(rating);
+  SharedRecord* r = g_ratings.FindByHandle(rating);
   return r ? r->object : nullptr;
 }
 

@@ -1,5 +1,5 @@
-// The per-kind record list: newest-first order, lookups by handle through the
-// index (or the list when the index cannot be had), and records off the list.
+// The per-kind record lists: newest-first order, lookups by handle through
+// the index (however far it could grow), and records off the list.
 #include <gtest/gtest.h>
 
 #include <random>
@@ -58,7 +58,7 @@ TEST_F(RecordListTest, NewestFirstAndTheNewestOfADuplicateHandle) {
   EXPECT_EQ(a, list_.FindByHandle(8));
 }
 
-TEST_F(RecordListTest, LookupsAgreeWithTheListThroughGrowthRemovalsAndLostIndexes) {
+TEST_F(RecordListTest, LookupsAgreeWithTheListThroughGrowthRemovalsHandleChangesAndLostIndexes) {
   std::mt19937 random(1);
   std::vector<ObjectRecord*> live;
   for (int round = 0; round < 3000; round++) {
@@ -67,6 +67,8 @@ TEST_F(RecordListTest, LookupsAgreeWithTheListThroughGrowthRemovalsAndLostIndexe
     if (starved) host::FailRecordAllocation(1);
     if (live.empty() || random() % 3) {
       live.push_back(Add(random() % 200));
+    } else if (random() % 4 == 0) {
+      list_.SetHandle(live[random() % live.size()], random() % 2 ? 0 : random() % 200);
     } else {
       size_t i = random() % live.size();
       ASSERT_TRUE(list_.Remove(live[i]));
@@ -79,6 +81,41 @@ TEST_F(RecordListTest, LookupsAgreeWithTheListThroughGrowthRemovalsAndLostIndexe
     }
   }
   EXPECT_EQ(live.size(), list_.size());
+}
+
+// Shared records keep no order of their own: the newest of a handle is the
+// one added last, whatever came and went since.
+TEST_F(RecordListTest, SharedRecordsFindTheNewestOfTheirHandleThroughGrowthAndStarvation) {
+  std::mt19937 random(2);
+  SharedList list;
+  std::vector<SharedRecord*> live;  // oldest first
+  auto newest = [&live](MwHandle h) -> SharedRecord* {
+    for (auto r = live.rbegin(); r != live.rend(); ++r)
+      if ((*r)->handle == h) return *r;
+    return nullptr;
+  };
+  for (int round = 0; round < 3000; round++) {
+    if (round % 400 < 40) host::FailRecordAllocation(1);
+    if (live.empty() || random() % 3) {
+      live.push_back(new SharedRecord{nullptr, nullptr, static_cast<MwHandle>(random() % 100)});
+      list.Add(live.back());
+    } else {
+      size_t i = random() % live.size();
+      ASSERT_TRUE(list.Remove(live[i]));
+      EXPECT_FALSE(list.Remove(live[i])) << "a second removal finds nothing";
+      delete live[i];
+      live.erase(live.begin() + static_cast<long>(i));
+    }
+    host::FailRecordAllocation(0);
+    if (round % 50 == 0 || round % 400 == 39) {
+      for (MwHandle h = 0; h < 100; h++) ASSERT_EQ(newest(h), list.FindByHandle(h)) << h;
+    }
+  }
+  EXPECT_EQ(live.size(), list.size());
+  for (SharedRecord* r : live) {
+    list.Remove(r);
+    delete r;
+  }
 }
 
 }  // namespace

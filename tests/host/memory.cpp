@@ -2,8 +2,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
-#include <map>
-#include <set>
+#include <unordered_map>
+#include <unordered_set>
 #include <string>
 
 #include "host/internal.h"
@@ -17,10 +17,10 @@ struct MemoryState {
     int number;  // which allocation it was, from 1
     uint32_t size;
   };
-  std::map<void*, Block> live;
+  std::unordered_map<void*, Block> live;
   // Blocks left over from earlier tests: freeing them later is not an error,
   // but they no longer count as this test's leaks.
-  std::set<void*> forgotten;
+  std::unordered_set<void*> forgotten;
   size_t bad_frees = 0;
   int allocations = 0;
   int fail_countdown = 0;

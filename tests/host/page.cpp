@@ -2,6 +2,7 @@
 // offsetParent chain and styles; NPN_GetValue/SetValue/GetURL* on them.
 #include <algorithm>
 #include <memory>
+#include <unordered_set>
 
 #include "host/internal.h"
 
@@ -22,6 +23,7 @@ namespace {
 
 struct PageState {
   std::vector<std::unique_ptr<Page>> pages;
+  std::unordered_set<const Page*> live;  // the same pages, found at once
   std::vector<UrlRequest> url_requests;
   std::vector<SetValueCall> set_values;
   std::vector<std::string> exceptions;
@@ -34,9 +36,7 @@ PageState& State() {
 }
 
 bool IsPage(Page* page) {
-  for (const auto& p : State().pages)
-    if (p.get() == page) return true;
-  return false;
+  return State().live.count(page) != 0;
 }
 
 HostObject* PageObject(const std::string& kind) {
@@ -122,6 +122,7 @@ void SetException(NPObject*, const NPUTF8* message) {
 
 void ResetPages() {
   PageState& s = State();
+  s.live.clear();
   s.pages.clear();  // the objects themselves go with ResetHostObjects
   s.url_requests.clear();
   s.set_values.clear();
@@ -183,6 +184,7 @@ Page* NewPage(const PageSpec& spec) {
       return true;
     };
   }
+  detail::State().live.insert(p);
   detail::State().pages.push_back(std::move(page));
   return p;
 }

@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 #include <mutex>
-#include <set>
+#include <unordered_set>
 
 #include "host/internal.h"
 
@@ -12,8 +12,8 @@ namespace {
 
 struct RecordState {
   std::mutex mutex;
-  std::set<void*> live;
-  std::set<void*> forgotten;  // left over from earlier tests
+  std::unordered_set<void*> live;
+  std::unordered_set<void*> forgotten;  // left over from earlier tests
   size_t bad_frees = 0;
   int fail_countdown = 0;
 };
