@@ -13,5 +13,7 @@ cmake -S . -B "$build" -DCMAKE_TOOLCHAIN_FILE="cmake/toolchains/$triple.cmake" \
 cmake --build "$build" -j2
 scripts/check-exports.sh "$build/libnporvane.so"
 ctest --test-dir "$build" --output-on-failure -j2 -L unit
+# Memory per live object as this processor's C library counts it.
+"qemu-${triple%%-*}" -L "/usr/$triple" "$build/bench/orvane-memory"
 "$triple-strip" -o "$build/libnporvane.stripped.so" "$build/libnporvane.so"
 echo "stripped libnporvane.so for $triple: $(stat -c %s "$build/libnporvane.stripped.so") bytes"

@@ -2,8 +2,8 @@
 // records themselves (their `chain` field), so that a record pays one link
 // and the buckets cost a quarter to half a pointer per record.
 //
-// The records of one handle stand together in their chain, newest first,
-// so the first one found is the newest. When the bucket array cannot grow,
+// A chain holds the records of its handles newest first, so the first one
+// found for a handle is its newest. When the bucket array cannot grow,
 // the chains only grow longer; before the first array (and when it cannot
 // be had) one chain holds every record. Only the browser's thread uses it.
 #ifndef ORVANE_FRAME_HANDLE_INDEX_H
@@ -40,21 +40,15 @@ class HandleIndex {
     while (r && r->handle != handle) r = r->chain;
     return r;
   }
-  // Links `r` in as the newest record of its handle.
-  void Insert(R* r) { InsertBefore(r, Newest(r->handle)); }
+  // Links `r` in as the newest record of its handle: at its chain's head,
+  // without touching any other record.
+  void Insert(R* r) { Link(Bucket(r->handle), r); }
   // Links `r` in just before `older`, a record of r's handle on the index,
-  // or, with `older` null, as the oldest of its handle.
+  // or, with `older` null, as the oldest of its handle (at the chain's end).
   void InsertBefore(R* r, R* older) {
     R** link = Bucket(r->handle);
-    if (older) {
-      while (*link != older) link = &(*link)->chain;
-    } else if (R* same = Newest(r->handle)) {
-      link = &same->chain;
-      while (*link && (*link)->handle == r->handle) link = &(*link)->chain;
-    }
-    r->chain = *link;
-    *link = r;
-    if (++count_ > 2 * capacity_) Grow();
+    while (*link && *link != older) link = &(*link)->chain;
+    Link(link, r);
   }
   // Unlinks `r`; false (nothing changed) when it is not on the index.
   bool Erase(R* r) {
@@ -70,6 +64,11 @@ class HandleIndex {
  private:
   static constexpr size_t kFirstCapacity = 16;
 
+  void Link(R** link, R* r) {
+    r->chain = *link;
+    *link = r;
+    if (++count_ > 2 * capacity_) Grow();
+  }
   R** Bucket(MwHandle handle) const { return &buckets_[HandleHash(handle) & (capacity_ - 1)]; }
 
   // Twice the buckets (at least the first array). Each old chain is turned

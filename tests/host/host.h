@@ -39,6 +39,9 @@ void FailRecordAllocation(int nth); // the nth plug-in record allocation (malloc
 bool AllocationFailureArmed();
 bool RecordFailureArmed();
 size_t LiveRecords();              // plug-in records allocated and not freed
+// The heap the plug-in holds now through NPN_MemAlloc and its record
+// allocator, counted in the C allocator's chunks (header word included).
+size_t PluginHeap();
 size_t BadRecordFrees();           // record frees of a pointer that is not a live record
 
 // ---- the accounting at the end of a test -------------------------------------

@@ -14,6 +14,9 @@
 namespace host {
 namespace detail {
 
+// The plug-in's blocks and records as heap chunks: PluginHeap().
+void CountChunk(void* p, bool allocated);
+
 // ---- memory (memory.cpp) ----------------------------------------------------
 void* MemAlloc(uint32_t size);
 void MemFree(void* p);

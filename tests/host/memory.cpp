@@ -1,4 +1,7 @@
 // NPN_MemAlloc / NPN_MemFree with accounting and fault injection.
+#include <malloc.h>
+
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
@@ -35,13 +38,26 @@ MemoryState& State() {
 
 namespace detail {
 
+namespace {
+std::atomic<size_t> g_heap{0};
+}
+
+void CountChunk(void* p, bool allocated) {
+  size_t chunk = malloc_usable_size(p) + sizeof(size_t);
+  if (allocated) g_heap += chunk;
+  else g_heap -= chunk;
+}
+
 void* MemAlloc(uint32_t size) {
   MemoryState& s = State();
   std::lock_guard<std::mutex> lock(s.mutex);
   ++s.allocations;
   if (s.fail_countdown > 0 && --s.fail_countdown == 0) return nullptr;
   void* p = malloc(size ? size : 1);
-  if (p) s.live[p] = {s.allocations, size};
+  if (p) {
+    s.live[p] = {s.allocations, size};
+    CountChunk(p, true);
+  }
   return p;
 }
 
@@ -49,9 +65,8 @@ void MemFree(void* p) {
   if (!p) return;
   MemoryState& s = State();
   std::lock_guard<std::mutex> lock(s.mutex);
-  if (s.live.erase(p)) {
-    free(p);
-  } else if (s.forgotten.erase(p)) {
+  if (s.live.erase(p) || s.forgotten.erase(p)) {
+    CountChunk(p, false);
     free(p);
   } else {
     ++s.bad_frees;  // not ours: leave it alone
@@ -92,6 +107,8 @@ std::string LiveBlocksReport() {
   }
   return out;
 }
+
+size_t PluginHeap() { return detail::g_heap; }
 
 size_t LiveBlocks() {
   MemoryState& s = State();

@@ -30,7 +30,10 @@ void* RecordAlloc(size_t size) {
   std::lock_guard<std::mutex> lock(s.mutex);
   if (s.fail_countdown > 0 && --s.fail_countdown == 0) return nullptr;
   void* p = malloc(size ? size : 1);
-  if (p) s.live.insert(p);
+  if (p) {
+    s.live.insert(p);
+    host::detail::CountChunk(p, true);
+  }
   return p;
 }
 
@@ -39,6 +42,7 @@ void RecordFree(void* p) {
   RecordState& s = State();
   std::lock_guard<std::mutex> lock(s.mutex);
   if (s.live.erase(p) || s.forgotten.erase(p)) {
+    host::detail::CountChunk(p, false);
     free(p);
     return;
   }

@@ -4,7 +4,7 @@
 #include <chrono>
 #include <deque>
 #include <mutex>
-#include <set>
+#include <unordered_set>
 #include <thread>
 #include <cstring>
 
@@ -22,7 +22,7 @@ struct Queued {
 struct ThreadState {
   std::mutex mutex;
   std::deque<Queued> queue;
-  std::set<NPP> destroyed;        // instances the browser stopped
+  std::unordered_set<NPP> destroyed;  // instances the browser stopped
   bool drop_destroyed = true;     // their calls are dropped, as browsers do
   std::vector<std::string> off_thread;  // NPN calls made off the browser's thread
   std::atomic<std::thread::id> browser_thread{std::this_thread::get_id()};
