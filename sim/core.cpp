@@ -6,6 +6,7 @@
 #include <condition_variable>
 #include <map>
 #include <queue>
+#include <unordered_map>
 #include <thread>
 
 #include "middleware/collection.h"
@@ -26,7 +27,7 @@ struct Entry {
 };
 
 struct State {
-  std::map<MwHandle, Entry> objects;
+  std::unordered_map<MwHandle, Entry> objects;
   MwHandle next_handle = 0x100;  // never reused, not even across resets
   size_t release_errors = 0;
   bool strict = StrictFromEnvironment();
@@ -260,10 +261,11 @@ size_t HeldHandles() {
 
 std::string HeldHandlesReport() {
   std::lock_guard<std::recursive_mutex> lock(Mutex());
-  std::string out;
+  std::map<MwHandle, const Entry*> held;  // in handle order
   for (auto& [h, e] : S().objects)
-    if (e.refs > 0)
-      out += std::to_string(h) + " " + e.object->Type() + " x" + std::to_string(e.refs) + "\n";
+    if (e.refs > 0) held[h] = &e;
+  std::string out;
+  for (auto& [h, e] : held) out += std::to_string(h) + " " + e->object->Type() + " x" + std::to_string(e->refs) + "\n";
   return out;
 }
 
