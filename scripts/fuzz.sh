@@ -7,6 +7,8 @@
 #   scripts/fuzz.sh long [S]    10 million runs or S seconds per target (1200 by
 #                               default), whichever comes first; new coverage is
 #                               merged into fuzz/corpus/
+#   scripts/fuzz.sh pages [count] [first seed] [--asan]
+#                               hostile pages in QtWebKit (scripts/fuzz-pages.sh)
 #   scripts/fuzz.sh oracles     every target must report a finding for each
 #                               fault injected on purpose, and a long run with a
 #                               finding must fail and keep it
@@ -17,6 +19,11 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 mode=${1:-short}
+# Hostile pages in the real browser: scripts/fuzz-pages.sh.
+if [ "$mode" = pages ]; then
+  shift
+  exec scripts/fuzz-pages.sh "$@"
+fi
 targets=(${ORVANE_FUZZ_TARGETS:-script_surface instance style url description})
 findings=${ORVANE_FUZZ_FINDINGS:-fuzz/findings}
 scripts/setup.sh clang libclang-rt-14-dev

@@ -5,8 +5,9 @@
 # suites in the first two and on ARM under qemu-user, the browser tests
 # (label e2e: pages run by orvane-run under Xvfb) in the plain one, the
 # frame's suites and the threaded stress test under ThreadSanitizer. It
-# installs into a scratch prefix that an out-of-tree build consumes, and
-# gives each fuzz target a short run from its corpus. The
+# installs into a scratch prefix that an out-of-tree build consumes, runs 40
+# hostile pages in QtWebKit, and gives each fuzz target a short run from its
+# corpus. The
 # NPAPI layouts are checked at compile time in every build, the 32-bit (ILP32)
 # one on ARM.
 set -euo pipefail
@@ -46,5 +47,8 @@ TSAN_OPTIONS="halt_on_error=1 second_deadlock_stack=1" \
   ctest --test-dir build-tsan --output-on-failure -j"$jobs" -R '^(frame|stress)\.'
 echo "== tests (plain: unit suites and browser tests)"
 ctest --test-dir build --output-on-failure -j"$jobs"
+echo "== page fuzzing: 40 hostile pages in QtWebKit (fixed seeds), and its oracles"
+scripts/fuzz.sh pages 40 1
+scripts/fuzz.sh pages oracles
 echo "== fuzz targets: a short run of each from its corpus"
 scripts/fuzz.sh short
