@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Page fuzzing: hostile pages, one per seed (fuzz/pages/harness.js), each run
 # by orvane-run in QtWebKit in a private network namespace under its own
-# virtual X server, two at a time. Each run is done, or a finding:
+# virtual X server, two at a time (ORVANE_PAGE_JOBS). Each run is done, or a
+# finding:
 #   crash  a signal, or a sanitizer's report
 #   hang   the run outlived its limit, the page's script did not return, or
 #          the page never finished
@@ -100,6 +101,9 @@ fi
 
 count=${1:-40}
 first=${2:-1}
+# Pages run side by side (ORVANE_PAGE_JOBS, 2 by default): a page spends
+# most of its time waiting on its timers.
+jobs=${ORVANE_PAGE_JOBS:-2}
 if [ "${3:-}" = --asan ]; then
   build=build-asan-runner
   cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DORVANE_SANITIZE=ON -DORVANE_RUNNER=ON \
@@ -122,7 +126,7 @@ trap 'rm -rf "$work"' EXIT
 
 start=$(date +%s)
 status=0
-seq "$first" $((first + count - 1)) | xargs -P2 -I{} "$0" one {} "$build/runner/orvane-run" "$work" |
+seq "$first" $((first + count - 1)) | xargs -P"$jobs" -I{} "$0" one {} "$build/runner/orvane-run" "$work" |
   tee "$work/results" || status=$?
 seconds=$(( $(date +%s) - start ))
 found=$(grep -c ": \(crash\|hang\|leak\):" "$work/results" || true)
