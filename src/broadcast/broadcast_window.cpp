@@ -3,14 +3,17 @@
 // visible part of the plug-in.
 #include "broadcast/broadcast_kind.h"
 #include "middleware/broadcast.h"
+#include "frame/frame.h"
 #include "style/style.h"
 
 void BroadcastSetWindow(BroadcastRecord* r, NPWindow* window) {
   if (!r) return;
+  RecordHold hold(r);
   VideoPlacement& p = r->place;
   int32_t x = 0, y = 0;
   if (!MwBroadcastIsFullScreen(r->handle)) {
     ScreenRect e = ElementScreenRect(r->instance, SizeForPlugin(r->instance));
+    if (r->gone) return;  // the layout took the element away
     if (e.x != p.screenX || e.y != p.screenY || e.width != p.width || e.height != p.height)
       MwBroadcastSetVideoRect(r->handle, e.x, e.y, e.width, e.height);
     KeepScreenRect(&p, e);

@@ -48,6 +48,23 @@ inline void BindRecord(NPObject* object, void* record) {
 // a delivery running on it frees it when it ends.
 void FrameFreeRecord(ObjectRecord* record);
 
+// Keeps a record allocated while a call into the browser may destroy its
+// instance (reading the element's layout lays the document out, which may
+// take the plug-in away): a destroy meanwhile only marks it gone, and the
+// hold's end frees it.
+class RecordHold {
+ public:
+  explicit RecordHold(ObjectRecord* r) : r_(r) { r_->deliveries++; }
+  ~RecordHold() {
+    if (--r_->deliveries == 0 && r_->gone) FrameFreeRecord(r_);
+  }
+  RecordHold(const RecordHold&) = delete;
+  RecordHold& operator=(const RecordHold&) = delete;
+
+ private:
+  ObjectRecord* r_;
+};
+
 // Whether records of type R are full records (instance, listeners, list
 // order) rather than shared ones.
 template <class R>

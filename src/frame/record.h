@@ -43,7 +43,7 @@ struct ObjectRecord {
   // Kept by the list and the event delivery.
   ObjectRecord* prev;    // newer record of the same list
   ObjectRecord* chain;   // next record in the list's index chain
-  uint32_t deliveries;   // event deliveries running on the record
+  uint32_t deliveries;   // event deliveries and placements running on the record
   bool gone;             // destroyed during a delivery: freed when it ends
   bool orphaned;         // its page instance went: it receives no events
   bool listed;           // on its kind's list

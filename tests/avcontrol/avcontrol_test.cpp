@@ -243,6 +243,20 @@ TEST_F(AVControlTest, OnlyTheNewestPlayerOfThePageGetsEvents) {
   host::Funcs()->releaseobject(newer);
 }
 
+// The layout that reading the element's offsets causes may destroy the
+// instance: the placement stops there.
+TEST_F(AVControlTest, AnInstanceTheLayoutDestroysDuringItsPlacementIsLeftAlone) {
+  host::OnElementRead(page_, "offsetLeft", [this] { DestroyPlugin(npp_); });
+  NPWindow window = {};
+  window.width = 320;
+  window.height = 180;
+  plugin_funcs_.setwindow(npp_, &window);
+  host::Pump();
+  for (const char* placing : {"MwAVSetPosition", "MwAVSetWidth", "MwAVSetHeight"})
+    EXPECT_EQ(0u, sim::CountCalls(placing)) << placing << " after the destroy";
+  EXPECT_EQ(0u, host::LiveRecords());
+}
+
 TEST_F(AVControlTest, PlacementFullScreenAndTheClipRectangle) {
   host::SetStyleValue(page_, "width", host::Str("320px"));
   host::SetStyleValue(page_, "height", host::Str("180px"));

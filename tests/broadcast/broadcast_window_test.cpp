@@ -81,6 +81,17 @@ TEST_F(BroadcastWindowTest, NoPlacementForAnInstanceDestroyedBeforeTheQueueRan) 
   }
 }
 
+// Reading the element's offsets lays the document out, which may destroy
+// the instance there and then: the placement stops, and the record goes
+// when it returns.
+TEST_F(BroadcastWindowTest, AnInstanceTheLayoutDestroysDuringItsPlacementIsLeftAlone) {
+  host::OnElementRead(page_, "offsetLeft", [this] { DestroyPlugin(npp_); });
+  SetWindow(320, 180, NPRect{0, 0, 180, 320});
+  EXPECT_EQ(1u, sim::CountCalls("MwObjectRelease")) << "destroyed";
+  EXPECT_EQ(0u, sim::CountCalls("MwBroadcastSetVideoRect")) << "nothing placed after the destroy";
+  EXPECT_EQ(0u, host::LiveRecords());
+}
+
 TEST_F(BroadcastWindowTest, PaintIsScaledClampedAndGatedByThePlayState) {
   // The browser's window is twice the element's size: positions scale.
   SetWindow(640, 360, NPRect{20, 10, 100, 200});

@@ -128,6 +128,9 @@ NPObject* Style(Page* page, int index = 0);  // the element's style (property ba
 std::string StyleValue(Page* page, const char* name, int index = 0);
 void SetStyleValue(Page* page, const char* name, const NPVariant& v, int index = 0);
 void SetOffset(Page* page, int index, const char* name, const NPVariant& v);
+// The next read of the element's property `name` runs `action` first (the
+// browser laying the document out, say) and then reads as 0.
+void OnElementRead(Page* page, const char* name, std::function<void()> action, int index = 0);
 // Property of the window as the plug-in set it ("debug", ...); Void if unset.
 NPVariant WindowProperty(Page* page, const char* name);
 // Properties and calls of host objects made by the host (arrays etc.).

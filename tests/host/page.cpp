@@ -224,6 +224,19 @@ void SetStyleValue(Page* page, const char* name, const NPVariant& v, int index) 
   style->bag[Id(name)] = detail::HoldString(detail::Text(v));
 }
 
+void OnElementRead(Page* page, const char* name, std::function<void()> action, int index) {
+  HostObject* element = page ? detail::At(page->elements, index) : nullptr;
+  if (!element || !name) return;
+  NPIdentifier id = Id(name);
+  element->getters[id] = [element, id, action](NPVariant* result) {
+    element->getters.erase(id);  // once; `action` and this getter go with the erase
+    std::function<void()> run = action;
+    run();
+    *result = Int(0);
+    return true;
+  };
+}
+
 void SetOffset(Page* page, int index, const char* name, const NPVariant& v) {
   HostObject* element = page ? detail::At(page->elements, index) : nullptr;
   if (!element || !name) return;
