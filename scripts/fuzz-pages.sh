@@ -4,7 +4,7 @@
 # virtual X server, two at a time (ORVANE_PAGE_JOBS). Each run is done, or a
 # finding:
 #   crash  a signal, or a sanitizer's report
-#   hang   the run outlived its limit, the page's script did not return, or
+#   hang   the run outlived its limit (90 s), the page's script did not return, or
 #          the page never finished
 #   leak   the middleware was left holding references or was given one back
 #          too often (the runner's closing line)
@@ -55,11 +55,11 @@ if [ "${1:-}" = one ]; then  # one page: one [seed] [runner] [work folder]
   display=$((300 + seed % 200))
   status=0
   ASAN_OPTIONS=detect_leaks=0:abort_on_error=1 \
-    timeout -k 5 60 unshare -rn sh -c 'ip link set lo up 2>/dev/null; exec "$@"' sh \
-    xvfb-run -n "$display" -s "-screen 0 1280x720x24" "$runner" "${plugin[@]}" --timeout 10 --result --calls none \
+    timeout -k 5 90 unshare -rn sh -c 'ip link set lo up 2>/dev/null; exec "$@"' sh \
+    xvfb-run -n "$display" -s "-screen 0 1280x720x24" "$runner" "${plugin[@]}" --timeout 30 --result --calls none \
     --receiver "$receiver" --clock-rate 30 "$page" >"$log" 2>&1 || status=$?
   if [ "$status" -eq 124 ] || [ "$status" -eq 137 ]; then
-    kind=hang why="killed after 60 s"
+    kind=hang why="killed after 90 s"
   elif grep -q "AddressSanitizer\|runtime error:\|orvane-sim: MwObjectRelease" "$log"; then
     kind=crash why="$(grep -m1 "AddressSanitizer\|runtime error:\|orvane-sim: MwObjectRelease" "$log")"
   elif [ "$status" -ge 128 ]; then

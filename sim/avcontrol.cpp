@@ -495,56 +495,28 @@ int32_t MwAVGetPlayPosition(MwHandle player) {
   });
 }
 
-int32_t MwAVGetPlayTime(MwHandle player) {
-  SIM_CALL(int32_t, player);
-  return Get(player, &sim::AVPlayerState::play_time);
-}
-
-int32_t MwAVGetPlayState(MwHandle player) {
-  SIM_CALL(int32_t, player);
-  return Get(player, &sim::AVPlayerState::play_state);
-}
-
-int32_t MwAVGetError(MwHandle player) {
-  SIM_CALL(int32_t, player);
-  return Get(player, &sim::AVPlayerState::error);
-}
-
 int32_t MwAVGetNrTracks(MwHandle player) {
   SIM_CALL(int32_t, player);
   return sim::Answer<PlayerObject>(player, int32_t{0},
                                   [](PlayerObject& p) { return static_cast<int32_t>(p.state.playlist.size()); });
 }
 
-int32_t MwAVGetSpeed(MwHandle player) {
-  SIM_CALL(int32_t, player);
-  return Get(player, &sim::AVPlayerState::speed);
-}
-
-int32_t MwAVGetCurrentTrackIndex(MwHandle player) {
-  SIM_CALL(int32_t, player);
-  return Get(player, &sim::AVPlayerState::track);
-}
-
-int32_t MwAVGetWidth(MwHandle player) {
-  SIM_CALL(int32_t, player);
-  return Get(player, &sim::AVPlayerState::width);
-}
-
-int32_t MwAVGetHeight(MwHandle player) {
-  SIM_CALL(int32_t, player);
-  return Get(player, &sim::AVPlayerState::height);
-}
-
-int32_t MwAVGetPersist(MwHandle player) {
-  SIM_CALL(int32_t, player);
-  return Get(player, &sim::AVPlayerState::persist);
-}
-
-int32_t MwAVIsFullScreen(MwHandle player) {
-  SIM_CALL(int32_t, player);
-  return Get(player, &sim::AVPlayerState::full_screen);
-}
+// The player's fields as they stand.
+#define SIM_PLAYER_FIELD(name, field)                 \
+  int32_t name(MwHandle player) {                     \
+    SIM_CALL(int32_t, player);                        \
+    return Get(player, &sim::AVPlayerState::field);   \
+  }
+SIM_PLAYER_FIELD(MwAVGetPlayTime, play_time)
+SIM_PLAYER_FIELD(MwAVGetPlayState, play_state)
+SIM_PLAYER_FIELD(MwAVGetError, error)
+SIM_PLAYER_FIELD(MwAVGetSpeed, speed)
+SIM_PLAYER_FIELD(MwAVGetCurrentTrackIndex, track)
+SIM_PLAYER_FIELD(MwAVGetWidth, width)
+SIM_PLAYER_FIELD(MwAVGetHeight, height)
+SIM_PLAYER_FIELD(MwAVGetPersist, persist)
+SIM_PLAYER_FIELD(MwAVIsFullScreen, full_screen)
+#undef SIM_PLAYER_FIELD
 
 void MwAVSetCurrentTrackIndex(MwHandle player, uint32_t index) {
   SIM_VOID(player, index);
