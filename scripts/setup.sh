@@ -8,10 +8,11 @@ set -euo pipefail
 packages=(cmake g++ make libgtest-dev libgmock-dev libbenchmark-dev
   # receiver descriptions (JSON)
   nlohmann-json3-dev
-  # the 32-bit ARM cross build (also the ILP32 check of the NPAPI layouts)
-  # and its unit suites under emulation; the install check (pkg-config).
-  # Debian's g++-multilib conflicts with the cross compilers.
-  g++-arm-linux-gnueabihf qemu-user pkg-config
+  # the 32-bit and 64-bit ARM cross builds (the 32-bit one also the ILP32
+  # check of the NPAPI layouts) and their unit suites under emulation; the
+  # install check (pkg-config). Debian's g++-multilib conflicts with the
+  # cross compilers.
+  g++-arm-linux-gnueabihf g++-aarch64-linux-gnu qemu-user pkg-config
   # the fuzz targets (libFuzzer)
   clang libclang-rt-14-dev
   # the browser runner and its tests: QtWebKit, a virtual X server, a font

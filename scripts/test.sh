@@ -1,15 +1,14 @@
 #!/usr/bin/env bash
 # Sets up a fresh Debian machine, builds Orvane (plain, with the QtWebKit
 # runner; with AddressSanitizer + UndefinedBehaviorSanitizer; the frame's
-# suites with ThreadSanitizer; for 32-bit ARM) and runs every test: the unit
-# suites in the first two and on ARM under qemu-user, the browser tests
+# suites with ThreadSanitizer; for 32-bit and 64-bit ARM) and runs every
+# test: the unit suites in the first two and on both ARMs under qemu-user, the browser tests
 # (label e2e: pages run by orvane-run under Xvfb) in the plain one, the
 # frame's suites and the threaded stress test under ThreadSanitizer. It
 # installs into a scratch prefix that an out-of-tree build consumes, runs 40
 # hostile pages in QtWebKit, and gives each fuzz target a short run from its
-# corpus. The
-# NPAPI layouts are checked at compile time in every build, the 32-bit (ILP32)
-# one on ARM.
+# corpus. The NPAPI layouts are checked at compile time in every build, the
+# 32-bit (ILP32) one on 32-bit ARM.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh
@@ -31,12 +30,14 @@ cmake --build build-tsan -j"$jobs" --target test_frame test_stress
 
 echo "== library checks"
 scripts/check-exports.sh build/libnporvane.so
-echo "== 32-bit ARM (arm-linux-gnueabihf): cross build, unit suites under qemu-user"
-cmake -S . -B build-arm-linux-gnueabihf -DCMAKE_TOOLCHAIN_FILE=cmake/toolchains/arm-linux-gnueabihf.cmake \
-  -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
-cmake --build build-arm-linux-gnueabihf -j"$jobs"
-scripts/check-exports.sh build-arm-linux-gnueabihf/libnporvane.so
-ctest --test-dir build-arm-linux-gnueabihf --output-on-failure -j"$jobs" -L unit
+for triple in arm-linux-gnueabihf aarch64-linux-gnu; do
+  echo "== ARM ($triple): cross build, unit suites under qemu-user"
+  cmake -S . -B "build-$triple" -DCMAKE_TOOLCHAIN_FILE="cmake/toolchains/$triple.cmake" \
+    -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+  cmake --build "build-$triple" -j"$jobs"
+  scripts/check-exports.sh "build-$triple/libnporvane.so"
+  ctest --test-dir "build-$triple" --output-on-failure -j"$jobs" -L unit
+done
 echo "== install into a scratch prefix, consumed out of tree"
 scripts/check-install.sh build
 
