@@ -151,7 +151,7 @@ void DeliverToListeners(ObjectRecord* r, uint32_t event, NPVariant* args, uint32
     if (l->event == event) calls[--i] = NPN_RetainObject(l->object);
 
   NPP instance = r->instance;
-  r->deliveries++;
+  RecordHold hold(r);  // a listener may destroy the object: the record lasts the delivery
   for (i = 0; i < n; i++) {
     if (!r->gone) {
       NPVariant ignored;
@@ -166,7 +166,6 @@ void DeliverToListeners(ObjectRecord* r, uint32_t event, NPVariant* args, uint32
   }
   if (calls != inline_calls) NPN_MemFree(calls);
   NP_UtilsReleaseArguments(args, count);
-  if (--r->deliveries == 0 && r->gone) FrameFreeRecord(r);
 }
 
 void EventsInstanceCreated(NPP instance) {

@@ -49,9 +49,9 @@ inline void BindRecord(NPObject* object, void* record) {
 void FrameFreeRecord(ObjectRecord* record);
 
 // Keeps a record allocated while a call into the browser may destroy its
-// instance (reading the element's layout lays the document out, which may
-// take the plug-in away): a destroy meanwhile only marks it gone, and the
-// hold's end frees it.
+// object or instance (a listener's call; reading the element's layout, which
+// may take the plug-in away): a destroy meanwhile only marks it gone, and
+// the hold's end frees it.
 class RecordHold {
  public:
   explicit RecordHold(ObjectRecord* r) : r_(r) { r_->deliveries++; }
